@@ -1,0 +1,5 @@
+#include "Common/ImageBase.h"
+
+#include "mervlib/src/detail/ImageBaseMembers.inl"
+
+template class MERV::ImageBase<short>;
