@@ -40,22 +40,26 @@ function(_tevora_declare name)
     target_include_directories(${name} PUBLIC "${CMAKE_SOURCE_DIR}")
     if(ARG_QT)
         set_target_properties(${name} PROPERTIES AUTOMOC ON AUTORCC ON)
-        target_compile_definitions(${name} PUBLIC QT_NO_CAST_TO_ASCII QT_DISABLE_DEPRECATED_BEFORE=0x060000)
         tevora_use_qt_header(${name})
     endif()
 endfunction()
 
-# One precompiled header of common toolkit classes for all targets that use the toolkit's widgets.
+# One precompiled header of common toolkit classes for all targets that use the toolkit's widgets. It must be
+# compiled with the same definitions as its users, hence the common libraries.
+set(TEVORA_QT_LIBRARIES Qt6::Widgets Qt6::OpenGL Qt6::OpenGLWidgets)
+
+function(tevora_make_qt_header)
+    file(WRITE "${CMAKE_BINARY_DIR}/qt_header.cpp" "")
+    add_library(tevora_qt_header OBJECT "${CMAKE_BINARY_DIR}/qt_header.cpp")
+    target_link_libraries(tevora_qt_header PUBLIC tevora_flags ${TEVORA_QT_LIBRARIES})
+    target_precompile_headers(tevora_qt_header PRIVATE
+        <QAbstractItemModel> <QAction> <QApplication> <QComboBox> <QDialog> <QEvent> <QLabel> <QMainWindow>
+        <QMenu> <QMouseEvent> <QObject> <QOpenGLWidget> <QPainter> <QPointer> <QSettings> <QString>
+        <QTreeView> <QVariant> <QWidget> <cmath> <functional> <map> <memory> <string> <vector>)
+endfunction()
+
 function(tevora_use_qt_header name)
-    if(NOT TARGET tevora_qt_header)
-        file(WRITE "${CMAKE_BINARY_DIR}/qt_header.cpp" "")
-        add_library(tevora_qt_header OBJECT "${CMAKE_BINARY_DIR}/qt_header.cpp")
-        target_link_libraries(tevora_qt_header PUBLIC tevora_flags Qt6::Widgets Qt6::OpenGLWidgets)
-        target_precompile_headers(tevora_qt_header PRIVATE
-            <QAbstractItemModel> <QAction> <QApplication> <QComboBox> <QDialog> <QEvent> <QLabel> <QMainWindow>
-            <QMenu> <QMouseEvent> <QObject> <QOpenGLWidget> <QPainter> <QPointer> <QSettings> <QString>
-            <QTreeView> <QVariant> <QWidget> <cmath> <functional> <map> <memory> <string> <vector>)
-    endif()
+    target_link_libraries(${name} PUBLIC ${TEVORA_QT_LIBRARIES})
     target_precompile_headers(${name} REUSE_FROM tevora_qt_header)
 endfunction()
 
