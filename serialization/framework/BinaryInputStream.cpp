@@ -1,0 +1,6 @@
+#include "serialization/framework/BinaryInputStream.h"
+
+BinaryInputStream &BinaryInputStream::read(quint64 &value)
+{
+    return readUInt64(value);
+}

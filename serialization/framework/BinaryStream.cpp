@@ -1,0 +1,3 @@
+#include "serialization/framework/BinaryStream.h"
+
+BinaryStream::~BinaryStream() = default;
