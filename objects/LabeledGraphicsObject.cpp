@@ -1,0 +1,31 @@
+#include "objects/LabeledGraphicsObject.h"
+
+LabeledGraphicsObject::LabeledGraphicsObject(const QString &label, QObject *parent)
+    : GraphicsObject(parent)
+    , labelText(label)
+{}
+
+LabeledGraphicsObject::LabeledGraphicsObject(const LabeledGraphicsObject &other)
+    : GraphicsObject()
+    , labelText(other.labelText)
+{}
+
+const QString &LabeledGraphicsObject::displayName() const
+{
+    return label();
+}
+
+const QString &LabeledGraphicsObject::label() const
+{
+    return labelText;
+}
+
+QString &LabeledGraphicsObject::label()
+{
+    return labelText;
+}
+
+void LabeledGraphicsObject::setLabel(const QString &label)
+{
+    labelText = label;
+}
