@@ -1,0 +1,73 @@
+#include "shell/AcknowledgementDialog.h"
+
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QTest>
+#include <QTextBrowser>
+#include <QTextDocument>
+
+class AcknowledgementDialogTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void hasItsTextsAndLanguages()
+    {
+        AcknowledgementDialog dialog(nullptr);
+        QCOMPARE(dialog.windowTitle(), QString("Acknowledging Usage of Tevora"));
+        QVERIFY(dialog.windowFlags().testFlag(Qt::WindowTitleHint));
+        QVERIFY(dialog.windowFlags().testFlag(Qt::WindowSystemMenuHint));
+        QVERIFY(!dialog.windowFlags().testFlag(Qt::WindowCloseButtonHint));
+        QStringList labels;
+        for (const QLabel *label : dialog.findChildren<QLabel *>())
+            labels << label->text();
+        QCOMPARE(labels, (QStringList{"Acknowledge having used Tevora for your study in a",
+                                      "publication by including a remark analogous to the following."}));
+        const auto *languages = dialog.findChild<QComboBox *>();
+        QCOMPARE(languages->count(), 3);
+        const char *const expected[][2] = {{"English", "en"}, {"French", "fr"}, {"German", "de"}};
+        for (int row = 0; row < 3; ++row) {
+            QCOMPARE(languages->itemText(row), QString(expected[row][0]));
+            QCOMPARE(languages->itemData(row).toString(), QString(expected[row][1]));
+        }
+        QVERIFY(dialog.findChild<QTextBrowser *>()->openExternalLinks());
+        QVERIFY(dialog.findChild<QTextBrowser *>()->isReadOnly());
+    }
+
+    void theRemarkFollowsTheLanguage()
+    {
+        AcknowledgementDialog dialog(nullptr);
+        auto *languages = dialog.findChild<QComboBox *>();
+        auto *browser = dialog.findChild<QTextBrowser *>();
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        QVERIFY(browser->toPlainText().startsWith("Segmentation and morphometry"));
+        QVERIFY(browser->toHtml().contains("href="));
+        languages->setFocus();
+        QTest::keyClick(languages, Qt::Key_Down);
+        QVERIFY(browser->toPlainText().startsWith("La segmentation"));
+        QTest::keyClick(languages, Qt::Key_Down);
+        QVERIFY(browser->toPlainText().startsWith("Segmentierung"));
+        // The documents of the earlier languages stay until the dialog ends.
+        QCOMPARE(browser->findChildren<QTextDocument *>(QString(), Qt::FindDirectChildrenOnly).size(), 3);
+        languages->setItemData(1, "xx");
+        dialog.showMessage(1);
+        QCOMPARE(browser->toPlainText(), QString("language unavailable"));
+    }
+
+    void okCloses()
+    {
+        AcknowledgementDialog dialog(nullptr);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        QTest::mouseClick(dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok),
+                          Qt::LeftButton);
+        QCOMPARE(dialog.result(), int(QDialog::Accepted));
+        QVERIFY(!dialog.isVisible());
+    }
+};
+
+QTEST_MAIN(AcknowledgementDialogTest)
+#include "AcknowledgementDialogTest.moc"
