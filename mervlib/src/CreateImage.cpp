@@ -2,6 +2,8 @@
 
 namespace MERV {
 
+Image::~Image() = default;
+
 Image *createImage(int dataType)
 {
     switch (dataType) {

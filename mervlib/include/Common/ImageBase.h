@@ -1,12 +1,15 @@
 #pragma once
 
 #include "Common/Image.h"
+#include "Common/VoxelBuffer.h"
 
 #include <array>
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <list>
+#include <string>
 #include <vector>
 
 namespace MERV {
@@ -54,8 +57,13 @@ struct DataTypeOf<double>
     static constexpr int value = TypeDouble;
 };
 
+namespace detail {
+struct Axis;
+struct ResampledGrid;
+} // namespace detail
+
 // The one implementation of Image, with voxels of type T. Instantiated for the eight types above; member
-// definitions are in mervlib/src/ImageBase*.cpp, one file per subject, with explicit instantiations.
+// definitions are in mervlib/src/detail/ImageBase*.inl, one file per subject.
 template <class T>
 class ImageBase : public Image
 {
@@ -238,7 +246,7 @@ public:
         std::uint64_t remaining = 0;
         std::array<std::uint32_t, 5> index{}; // relative to the region's first voxel
         std::array<std::uint32_t, 5> size{};
-        std::array<std::uint64_t, 5> stride{}; // in values
+        std::array<std::uint64_t, 5> gap{}; // values to skip when an axis rolls over
     };
     RegionIterator regionBegin();
     RegionIterator regionEnd();
@@ -259,22 +267,93 @@ public:
     ImageBase &operator/=(const ImageBase &other);
 
 private:
+    // Extents of a plane and number of planes, as the slice readers take the buffer to be stored.
+    struct PlaneShape
+    {
+        int columns;
+        int rows;
+        int slices;
+    };
+
     // Frees the present buffer and takes a new zeroed one of count values; throws Exception when memory is
     // exhausted or count * sizeof(T) does not fit.
     void allocate(std::uint64_t count);
-    // Recomputes strides, region and window table; frees the buffer when valueCount changed.
+    // Makes a buffer of valueCount values the image's own; a foreign one is forgotten.
+    void adopt(VoxelBuffer<T> buffer);
+    // Recomputes strides, region and window table; frees the buffer when valueCount changed. Throws
+    // Exception, with nothing changed, when the number of values cannot be addressed.
     void changeDimensions(int width, int height, int depth, int frames, int channels);
+    void copyShape(const ImageBase &other);
+    Region wholeRegion() const;
+
+    bool hasChannel(int channel) const;
+    float windowEntry(int channel, std::size_t entry) const; // 0 for a channel that does not exist
+    void setWindowEntries(int channel, const std::array<float, 4> &entries);
+
+    std::uint64_t flatIndex(int x, int y, int z, int t, int channel) const;
+    float valueAt(std::uint64_t index) const; // 0 behind the buffer
+    void storeAt(float value, std::uint64_t index);
+    float getPlaneVoxel(const PlaneShape &shape, int a, int b, int slice, int frame, int channel) const;
+
+    // Interpolating readers.
+    detail::Axis axis(int number) const;
+    bool isReadable(float x, float y, float z) const;
+    std::uint64_t nearestOffset(float x, float y, float z) const;
+    template <class Reader>
+    void readChannels(float *out, bool readable, const Reader &reader) const;
+
+    // Windowed slices. The way of a slice through the buffer; steps are in values.
+    struct SliceWalk
+    {
+        int width;
+        int height;
+        std::uint64_t first;
+        std::ptrdiff_t columnStep;
+        std::uint64_t rowStep;
+        bool rowsReversed;
+        bool columnsReversed;
+    };
+    template <class Out>
+    Out *getVolume(Out *destination, bool powerOfTwo) const;
+    template <class Out>
+    Out *getScaledFrame(Out *destination, int frame) const;
+    unsigned char *getCornerSlice(unsigned char *destination, std::uint64_t offset, int channel,
+                                  bool powerOfTwo) const;
+    SliceWalk axialWalk(std::uint64_t first) const;
+    unsigned char *getCentredSlice(unsigned char *destination, const SliceWalk &walk, int channel,
+                                   bool powerOfTwo) const;
+    void shapeSliceImage(ImageBase<T> &output, int width, int height) const;
+
+    // Element-wise arithmetic.
+    template <class Operation>
+    ImageBase &combineWith(const ImageBase &other, const Operation &operation);
+    template <class Operation>
+    ImageBase &combineWith(T scalar, const Operation &operation);
+
+    // Changes of the grid. Extents and factors in the order x, y, z, t.
+    VoxelBuffer<T> boxAverages(const std::array<int, 4> &extent, const std::array<int, 4> &factor) const;
+    void reportSize(const char *text) const; // when verbose
+    template <class RowReader>
+    void fillRows(const detail::ResampledGrid &grid, bool firstChannelOnly, T *out,
+                  const RowReader &rowReader) const;
+    void resampleNearest(const detail::ResampledGrid &grid, T *out) const;
+    void resampleLinear(const detail::ResampledGrid &grid, int interpolation, T *out) const;
+    void resampleTricubic(const detail::ResampledGrid &grid, T *out) const;
+    void resampleBilinearCubic(const detail::ResampledGrid &grid, T *out) const;
+    void resampleInto(const detail::ResampledGrid &grid, int interpolation, T *out) const;
+    void turnFrame(int number, const T *from, T *to) const;
+    bool mirrorIsVoid(const std::array<bool, 5> &flags) const;
 
     bool externalBuffer = false;
-    T *data = nullptr;  // 16-byte aligned
-    T *owned = nullptr; // what this object allocated itself; the only pointer that it frees
+    T *data = nullptr;    // 16-byte aligned
+    VoxelBuffer<T> owned; // what this object allocated itself; the only memory that it frees
     std::array<std::int32_t, 5> dimensions{};
     std::array<float, 5> spacing{0.0f, 1.0f, 1.0f, 1.0f, 1.0f};
     std::vector<float> channelWindows; // window, level, low, high per channel
     float minimum = 0.0f;
     float maximum = 0.0f;
     std::int32_t verbose = 1;
-    std::uint32_t rowStride = 0;
+    std::uint64_t rowStride = 0; // strides in 64 bits: large volumes wrap in less
     std::uint64_t sliceStride = 0;
     std::uint64_t frameStride = 0;
     std::uint64_t valueCount = 0;

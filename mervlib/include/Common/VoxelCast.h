@@ -8,7 +8,8 @@ namespace MERV {
 
 // Converts a computed value to a voxel: truncates toward zero and saturates for integer voxels, NaN gives 0;
 // float and double pass through. Plain casts would be undefined out of range and differ between processors.
-template <class T, class V> constexpr T voxel_cast(V value)
+template <class T, class V>
+constexpr T voxel_cast(V value)
 {
     static_assert(std::is_floating_point_v<V>);
     if constexpr (std::is_floating_point_v<T>) {
