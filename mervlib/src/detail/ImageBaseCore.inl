@@ -619,7 +619,7 @@ float ImageBase<T>::getCoronalVoxel(int a, int b, int slice, int frame, int chan
 namespace detail {
 
 template <class T>
-struct ValueRange
+struct VoxelRange
 {
     T low;
     T high;
@@ -628,7 +628,7 @@ struct ValueRange
 // Smallest and largest of count > 0 values, as one comparison after the other from the first value on would
 // find them (a NaN at the start stays, later ones are skipped), in lanes that vectorise.
 template <class T>
-ValueRange<T> valueRange(const T *values, std::uint64_t count)
+VoxelRange<T> valueRange(const T *values, std::uint64_t count)
 {
     constexpr std::size_t lanes = 64 / sizeof(T);
     std::array<T, lanes> low;
@@ -647,7 +647,7 @@ ValueRange<T> valueRange(const T *values, std::uint64_t count)
         low[0] = values[i] < low[0] ? values[i] : low[0];
         high[0] = high[0] < values[i] ? values[i] : high[0];
     }
-    ValueRange<T> range{low[0], high[0]};
+    VoxelRange<T> range{low[0], high[0]};
     for (std::size_t lane = 1; lane < lanes; ++lane) {
         range.low = low[lane] < range.low ? low[lane] : range.low;
         range.high = range.high < high[lane] ? high[lane] : range.high;
@@ -669,7 +669,7 @@ void ImageBase<T>::computeMinMax()
 {
     setMinMax(0.0f, 0.0f);
     if (data != nullptr && valueCount != 0) {
-        const detail::ValueRange<T> range = detail::valueRange(data, valueCount);
+        const detail::VoxelRange<T> range = detail::valueRange(data, valueCount);
         setMinMax(static_cast<float>(range.low), static_cast<float>(range.high));
     }
     for (int channel = 0; channel < getChannels(); ++channel)
