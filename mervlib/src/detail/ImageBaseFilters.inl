@@ -9,8 +9,8 @@
 #include <cmath>
 #include <cstdint>
 #include <iostream>
+#include <limits>
 #include <memory>
-#include <optional>
 #include <span>
 #include <vector>
 
@@ -127,21 +127,19 @@ public:
     explicit ComponentLimits(int dataType)
     {
         if (dataType == TypeChar)
-            bounds = {-128.0f, 127.0f};
+            setBounds(-128.0f, 127.0f);
         else if (dataType == TypeShort)
-            bounds = {-32768.0f, 32767.0f};
+            setBounds(-32768.0f, 32767.0f);
     }
 
     void apply(std::span<float> values)
     {
-        if (!bounds)
-            return;
         for (float &value : values) {
-            if (value < bounds->first) {
-                value = bounds->first;
+            if (value < low) {
+                value = low;
                 ++exceeded;
-            } else if (value > bounds->second) {
-                value = bounds->second;
+            } else if (value > high) {
+                value = high;
                 ++exceeded;
             }
         }
@@ -153,7 +151,14 @@ public:
     }
 
 private:
-    std::optional<std::pair<float, float>> bounds;
+    void setBounds(float least, float most)
+    {
+        low = least;
+        high = most;
+    }
+
+    float low = -std::numeric_limits<float>::infinity();
+    float high = std::numeric_limits<float>::infinity();
     std::uint64_t exceeded = 0;
 };
 
