@@ -1,0 +1,7 @@
+#pragma once
+
+#include "objects/Entity.h"
+
+// What the image manager takes as a source of icons.
+class AbstractIconProvider : public virtual Entity
+{};

@@ -1,0 +1,155 @@
+#include "objects/manager/ImageManager.h"
+
+#include "objects/ImageObject.h"
+#include "objects/manager/FileFilters.h"
+#include "objects/manager/MessageBoxes.h"
+#include "objects/manager/MetricsText.h"
+#include "serialization/framework/FileSystemImageObjectSerializer.h"
+#include "serialization/framework/StreamImageObjectSerializer.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QPushButton>
+
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+
+namespace {
+
+enum class Answer
+{
+    Retry,
+    DifferentFile,
+    Abort
+};
+
+Answer askAfterFailure(const QString &path)
+{
+    QMessageBox box;
+    MessageBoxes::setUp(
+        box, QMessageBox::Warning,
+        ImageManager::tr("The image could not be saved to") + "\n\n" + path + "\n\n",
+        ImageManager::tr(
+            "You can retry saving to this file, give a different file name, or abort saving the image."));
+    const QPushButton *retry = box.addButton(ImageManager::tr("Retry"), QMessageBox::AcceptRole);
+    QPushButton *differentFile = box.addButton(ImageManager::tr("Different File"), QMessageBox::ActionRole);
+    box.addButton(QMessageBox::Abort);
+    box.setDefaultButton(differentFile);
+    box.setEscapeButton(QMessageBox::Abort);
+    box.exec();
+    if (box.clickedButton() == retry)
+        return Answer::Retry;
+    return box.clickedButton() == differentFile ? Answer::DifferentFile : Answer::Abort;
+}
+
+// Asks for the path, starting from `path`, and for one of the filters, starting from `filter`. False when
+// cancelled.
+bool askForPath(const QStringList &filters, QString &path, qsizetype &filter)
+{
+    QString selected = FileFilters::withMatchingPatterns(filters[filter]);
+    path =
+        QFileDialog::getSaveFileName(nullptr, ImageManager::tr("Save Image as"), path,
+                                     FileFilters::dialogText(filters), &selected, FileFilters::dialogOptions);
+    filter = FileFilters::selectedIndex(filters, selected);
+    return !path.isEmpty();
+}
+
+void setCurrentDirectoryOf(const QString &path)
+{
+    QDir::setCurrent(QFileInfo(path).absolutePath());
+}
+
+} // namespace
+
+bool ImageManager::saveImage(const QModelIndex &index)
+{
+    return saveImage(image(index));
+}
+
+bool ImageManager::saveImage(ImageObject *image)
+{
+    QList<AbstractImageObjectSerializer *> applicable;
+    QStringList filters;
+    for (AbstractImageObjectSerializer *serializer : std::as_const(serializers)) {
+        if (serializer->canSerialize(image)) {
+            applicable.append(serializer);
+            filters.append(FileFilters::saveFilter(*serializer));
+        }
+    }
+    if (applicable.isEmpty()) {
+        MessageBoxes::show(
+            QMessageBox::Critical,
+            tr("The image cannot be saved for there is no serializer installed to handle this type "
+               "of image."));
+        return false;
+    }
+    QString path = QDir::currentPath() + "/" + applicable.first()->defaultName(image) + "." +
+                   applicable.first()->extension();
+    qsizetype filter = 0;
+    bool ask = true;
+    for (;;) {
+        if (ask && !askForPath(filters, path, filter))
+            return false;
+        ask = true;
+        switch (write(applicable[filter], image, path)) {
+        case Written::Stream:
+            setCurrentDirectoryOf(filters[filter].contains("slic") ? writeMetrics(image, path) : path);
+            return true;
+        case Written::FileSystem:
+            return true; // neither moves the current directory nor writes metrics
+        case Written::NotOpened:
+            MessageBoxes::show(QMessageBox::Warning,
+                               tr("The selected file could not be opened for writing."));
+            setCurrentDirectoryOf(path);
+            break;
+        case Written::Failed:
+            const Answer answer = askAfterFailure(path);
+            if (answer == Answer::Abort)
+                return false;
+            ask = answer != Answer::Retry;
+        }
+    }
+}
+
+ImageManager::Written ImageManager::write(AbstractImageObjectSerializer *serializer, ImageObject *image,
+                                          const QString &path)
+{
+    try {
+        if (auto *toStream = dynamic_cast<StreamImageObjectSerializer *>(serializer)) {
+            std::ofstream stream(QFileInfo(path).filesystemFilePath(), std::ios::binary | std::ios::trunc);
+            if (!stream.is_open() || stream.fail())
+                return Written::NotOpened;
+            return toStream->serialize(image, stream) ? Written::Stream : Written::Failed;
+        }
+        auto *toFiles = dynamic_cast<FileSystemImageObjectSerializer *>(serializer);
+        const bool written = toFiles != nullptr && toFiles->serialize(image, path.toStdWString().c_str());
+        return written ? Written::FileSystem : Written::Failed;
+    } catch (const std::exception &exception) {
+        std::cerr << exception.what() << std::endl;
+        return Written::Failed;
+    }
+}
+
+// Writes the table of metrics of contours just saved and returns its path. A table that cannot be opened is
+// not reported.
+QString ImageManager::writeMetrics(ImageObject *image, const QString &contoursPath) const
+{
+    if (!metricsModelFactory)
+        return contoursPath;
+    const QAbstractItemModel *model = metricsModelFactory(image);
+    const QString metricsPath = MetricsText::path(contoursPath);
+    if (metricsPath == contoursPath) {
+        // On purpose the table takes the place of the contours when the name holds neither word; a copy keeps
+        // them.
+        const QString copy = MetricsText::keepCopy(contoursPath);
+        std::cerr << "The metrics overwrite the contours in " << qPrintable(contoursPath)
+                  << ", which are kept in " << qPrintable(copy) << std::endl;
+    }
+    std::ofstream stream(QFileInfo(metricsPath).filesystemFilePath());
+    const QByteArray text = model != nullptr ? MetricsText::text(*model) : QByteArray();
+    stream.write(text.constData(), text.size());
+    return metricsPath;
+}
