@@ -1,0 +1,41 @@
+#pragma once
+
+#include <algorithm>
+#include <atomic>
+#include <cstddef>
+#include <exception>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace dicom {
+
+// Calls work(index) once for each index below `count`, on all cores; returns when all are done. Each index
+// must touch data of its own only. The first exception is thrown again here; the rest of the work is dropped.
+template <class Work>
+void parallelFor(std::size_t count, const Work &work)
+{
+    std::atomic<std::size_t> next{0};
+    std::mutex guard;
+    std::exception_ptr failure;
+    const auto run = [&] {
+        try {
+            for (std::size_t index = next++; index < count; index = next++)
+                work(index);
+        } catch (...) {
+            const std::lock_guard lock(guard);
+            failure = std::current_exception();
+            next = count;
+        }
+    };
+    std::vector<std::jthread> helpers;
+    const std::size_t cores = std::max<std::size_t>(1, std::thread::hardware_concurrency());
+    for (std::size_t i = 1; i < std::min(cores, count); ++i)
+        helpers.emplace_back(run);
+    run();
+    helpers.clear(); // joins
+    if (failure)
+        std::rethrow_exception(failure);
+}
+
+} // namespace dicom
