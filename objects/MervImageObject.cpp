@@ -233,12 +233,18 @@ void MervImageObject::copyMaskedVoxels(MERV::Image &mask, MERV::Image &source)
 
 void MervImageObject::updateTextures()
 {
+    const auto lock = lockVoxels();
+    matchTextures();
+}
+
+// updateTextures() under the lock of the voxels.
+void MervImageObject::matchTextures()
+{
     const int width = image ? nextPowerOfTwo(image->getWidth()) : 0;
     const int height = image ? nextPowerOfTwo(image->getHeight()) : 0;
     const int depth = image ? image->getDepth() : 0;
     if (width == textureWidth && height == textureHeight && depth == textureDepth)
         return;
-    const auto lock = lockVoxels();
     // Empty until all is made, so that exhausted memory leaves no half-built arrays.
     textureWidth = textureHeight = textureDepth = 0;
     sliceTextures.clear();
@@ -257,6 +263,7 @@ void MervImageObject::updateTextures()
 
 void MervImageObject::invalidateTextures()
 {
+    const auto lock = lockVoxels();
     for (int slice = 0; slice < textureDepth; ++slice)
         sliceTextureValid[static_cast<std::size_t>(slice)] = false;
 }
@@ -278,9 +285,10 @@ void MervImageObject::ensureSlice(int slice, int channel)
 
 const unsigned char *MervImageObject::displaySlice(int slice)
 {
-    if (!image || slice < 0 || slice >= textureDepth)
-        return nullptr;
     const auto lock = lockVoxels();
+    matchTextures();
+    if (slice < 0 || slice >= textureDepth)
+        return nullptr;
     ensureSlice(slice, 0);
     return sliceTextures[static_cast<std::size_t>(slice)].get();
 }

@@ -32,6 +32,18 @@ public:
     int graphicsType() const override;
     int imageType() const override;
 
+    using ImageObject::renderPlane;
+    using ImageObject::renderPoint;
+    // Draws every axial slice whose middle lies in zMin..zMax (closed); the limits of x and y are not used.
+    void renderBox(GraphicsObjectRenderAdvisor *advisor, float xMin, float xMax, float yMin, float yMax,
+                   float zMin, float zMax) override;
+    void render(GraphicsObjectRenderAdvisor *advisor) override;
+    // Axial planes (a and b at most 0.001) show the slice around z = -c * d; others the voxels cut by the
+    // plane, each as a cell of one colour, with red hatching over voxels outside the window. Always true.
+    bool renderPlane(GraphicsObjectRenderAdvisor *advisor, const float plane[4]) override;
+    // The vector at the position, for images of three channels in display mode 1; nothing for others.
+    void renderPoint(GraphicsObjectRenderAdvisor *advisor, float x, float y, float z) override;
+
     QList<GraphicsObject *> *objectsAround(float x, float y, float z, float radius) override;
     float extentX() const override;
     float extentY() const override;
@@ -82,7 +94,20 @@ public:
     // operations of this class take it themselves: do not call them while holding it.
     std::unique_lock<std::mutex> lockVoxels() const;
 
+    // True if the extension string (null: none) names rectangle textures, in any case of letters.
+    static bool offersRectangleTextures(const char *extensions);
+    // The texture mode for a driver with these extensions.
+    static int detectTextureMode(const char *extensions);
+
 protected:
+    enum TextureMode : int
+    {
+        TextureModeUnknown = 0, // before the first drawing
+        TextureModePowerOfTwo = 1,
+        TextureModeRectangle = 2
+    };
+    static std::atomic<int> textureMode; // of the process; a TextureMode
+
     // Releases the present image, takes another one and renames the axes after it. Textures are updated.
     void replaceImage(std::unique_ptr<MERV::Image> newImage);
 
@@ -97,8 +122,13 @@ protected:
 
 private:
     void nameAxes();
+    void matchTextures();
     void convertSlice(int slice, int channel);
     void ensureSlice(int slice, int channel);
+    void drawSlice(int slice, int channel);
+    void drawSliceRectangle(int slice);
+    void renderObliquePlane(GraphicsObjectRenderAdvisor *advisor, const float plane[4]);
+    int shownChannel(GraphicsObjectRenderAdvisor *advisor);
 
     mutable std::mutex voxelMutex;
 };

@@ -51,6 +51,8 @@ public:
     void setSample(const Vector3 &position, double value);
     void clearSamples();
 
+    void render(GraphicsObjectRenderAdvisor *advisor) override;
+
 protected:
     const SampleMap *readSamples; // guarded by samplesMutex
     SampleMap *writeSamples;      // the filling thread's; changed under samplesMutex

@@ -21,6 +21,18 @@ GlTextureBinding::~GlTextureBinding()
     glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(former));
 }
 
+GlScratchTexture::GlScratchTexture(GLenum newTarget)
+    : target(newTarget)
+{
+    glGenTextures(1, &texture);
+    glBindTexture(target, texture);
+}
+
+GlScratchTexture::~GlScratchTexture()
+{
+    glDeleteTextures(1, &texture); // this also unbinds it
+}
+
 GLuint contextTexture()
 {
     QOpenGLContext *context = QOpenGLContext::currentContext();

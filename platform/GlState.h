@@ -52,6 +52,20 @@ private:
     GLint former = 0;
 };
 
+// A texture object for the time of one drawing, bound to target; unbound and deleted at the end.
+class GlScratchTexture
+{
+public:
+    explicit GlScratchTexture(GLenum newTarget);
+    ~GlScratchTexture();
+    GlScratchTexture(const GlScratchTexture &) = delete;
+    GlScratchTexture &operator=(const GlScratchTexture &) = delete;
+
+private:
+    GLenum target;
+    GLuint texture = 0;
+};
+
 // The texture object that all slices of the current context are uploaded to, made at the first call in this
 // context; texture object 0 is never used. Its parameters are whatever the owner of the context sets, after
 // glBindTexture(GL_TEXTURE_2D, contextTexture()). 0 without a current context.
