@@ -1,0 +1,3 @@
+#include "contours/EdgePointSet.h"
+
+EdgePointSet::~EdgePointSet() = default;

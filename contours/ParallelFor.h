@@ -1,0 +1,39 @@
+#pragma once
+
+#include <algorithm>
+#include <atomic>
+#include <exception>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+// Calls work(i) for i = 0 .. count - 1, spread over the cores, the caller's thread among them; which thread
+// takes which i is open. Returns when all have ended. The first exception ends the handing out and is thrown
+// again here.
+template <typename Work>
+void parallelFor(int count, const Work &work)
+{
+    std::atomic<int> next{0};
+    std::mutex failureMutex;
+    std::exception_ptr failure;
+    const auto run = [&] {
+        try {
+            for (int i = next.fetch_add(1); i < count; i = next.fetch_add(1))
+                work(i);
+        } catch (...) {
+            next = count;
+            const std::lock_guard lock(failureMutex);
+            if (!failure)
+                failure = std::current_exception();
+        }
+    };
+    const int cores = static_cast<int>(std::thread::hardware_concurrency());
+    {
+        std::vector<std::jthread> helpers;
+        for (int i = 1; i < std::min(cores, count); ++i)
+            helpers.emplace_back(run);
+        run();
+    }
+    if (failure)
+        std::rethrow_exception(failure);
+}
