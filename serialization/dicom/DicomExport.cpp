@@ -11,11 +11,9 @@
 #include <array>
 #include <charconv>
 #include <cstdio>
-#include <exception>
+#include <fstream>
 #include <initializer_list>
 #include <iostream>
-#include <limits>
-#include <stdexcept>
 #include <string_view>
 #include <vector>
 
@@ -106,8 +104,12 @@ public:
 
     bool write(const std::string &path)
     {
-        writer.SetFileName(path.c_str());
-        return writer.Write();
+        // The library ends the process when it cannot open a file itself.
+        std::ofstream stream(path, std::ios::binary);
+        if (!stream)
+            return false;
+        writer.SetStream(stream);
+        return writer.Write() && stream.flush().good();
     }
 
 private:

@@ -96,6 +96,7 @@ private:
 
     ByteReader reader;
     DicomHeader header;
+    bool signedPixels = false; // decides tags that may be signed or unsigned
 };
 
 bool Parser::peek(char *bytes, std::size_t count)
@@ -183,8 +184,7 @@ bool Parser::readHead(ElementHead &head, Encoding encoding)
     if (delimiter || !encoding.explicitRepresentation || !isRepresentation(bytes.data() + 4)) {
         head.length = number(bytes.data() + 4, 4, encoding.bigEndian);
         if (!delimiter)
-            head.representation =
-                dictionaryRepresentation(head.tag, header.integer(tags::pixelRepresentation, 0) != 0);
+            head.representation = dictionaryRepresentation(head.tag, signedPixels);
         return true;
     }
     head.representation = {bytes[4], bytes[5]};
@@ -255,12 +255,13 @@ bool Parser::readValue(const ElementHead &head, Encoding encoding)
         return reader.skip(head.length);
     }
     if (unknown && encoding.explicitRepresentation)
-        element.representation =
-            dictionaryRepresentation(head.tag, header.integer(tags::pixelRepresentation, 0) != 0);
+        element.representation = dictionaryRepresentation(head.tag, signedPixels);
     element.value.resize(head.length);
     if (!reader.read(element.value.data(), element.value.size()))
         return false;
     header.elements.push_back(std::move(element));
+    if (head.tag == tags::pixelRepresentation)
+        signedPixels = header.integer(tags::pixelRepresentation, 0) != 0;
     return true;
 }
 

@@ -33,7 +33,14 @@ std::size_t inflateInto(const std::string &path, std::span<char> out)
     std::ostringstream rewritten;
     gdcm::Writer writer;
     writer.SetFile(reader.GetFile());
-    writer.GetFile().GetHeader().SetDataSetTransferSyntax(gdcm::TransferSyntax::ExplicitVRLittleEndian);
+    gdcm::FileMetaInformation &meta = writer.GetFile().GetHeader();
+    meta.SetDataSetTransferSyntax(gdcm::TransferSyntax::ExplicitVRLittleEndian);
+    const std::string syntax =
+        gdcm::TransferSyntax::GetTSString(gdcm::TransferSyntax::ExplicitVRLittleEndian);
+    gdcm::DataElement element(gdcm::Tag(tags::transferSyntax));
+    element.SetVR(gdcm::VR::UI);
+    element.SetByteValue(syntax.data(), static_cast<std::uint32_t>(syntax.size()));
+    meta.Replace(element);
     writer.CheckFileMetaInformationOff();
     writer.SetStream(rewritten);
     if (!writer.Write())
