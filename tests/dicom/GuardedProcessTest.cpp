@@ -1,0 +1,47 @@
+#include "serialization/dicom/GuardedProcess.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <stdexcept>
+#include <thread>
+
+using namespace dicom;
+using namespace std::chrono_literals;
+
+TEST(GuardedProcess, resultAndSharedBytesComeBack)
+{
+    const SharedMemory memory(3);
+    const auto result = runGuarded(5s, [&] {
+        memory.bytes()[1] = 'x';
+        return std::size_t(42);
+    });
+    EXPECT_EQ(result, 42U);
+    EXPECT_EQ(memory.bytes()[1], 'x');
+}
+
+TEST(GuardedProcess, otherMemoryOfTheCallerStays)
+{
+    int value = 1;
+    runGuarded(5s, [&] {
+        value = 2;
+        return std::size_t(0);
+    });
+    EXPECT_EQ(value, 1);
+}
+
+TEST(GuardedProcess, abortAndExceptionGiveNothing)
+{
+    EXPECT_FALSE(runGuarded(5s, []() -> std::size_t { std::abort(); }));
+    EXPECT_FALSE(runGuarded(5s, []() -> std::size_t { throw std::runtime_error("no"); }));
+}
+
+TEST(GuardedProcess, endlessWorkIsEnded)
+{
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_FALSE(runGuarded(100ms, []() -> std::size_t {
+        while (true)
+            std::this_thread::sleep_for(1s);
+    }));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 3s);
+}
