@@ -11,6 +11,8 @@ namespace {
 // + 1.
 constexpr std::array<std::array<int, 2>, 4> cornerOffsets = {{{0, 0}, {1, 0}, {1, 1}, {0, 1}}};
 
+constexpr double borderTolerance = 1e-9; // in layers
+
 std::size_t next(int corner)
 {
     return static_cast<std::size_t>((corner + 1) % 4);
@@ -78,10 +80,14 @@ int ObliquePlane::rowCount() const
     return drawable ? grid.size[at(u)] : 0;
 }
 
-// Where the plane crosses the grid line (i, j), in layers along m.
+// Where the plane crosses the grid line (i, j), in layers along m. On a border but for rounding counts as on
+// it: otherwise a plane of 45 degrees through the corners of voxels would reach layers that do not fit
+// together.
 double ObliquePlane::layerCoordinate(int i, int j) const
 {
-    return cornerPoint(i, j)[at(m)] / grid.spacing[at(m)];
+    const double coordinate = cornerPoint(i, j)[at(m)] / grid.spacing[at(m)];
+    const double border = std::round(coordinate);
+    return std::abs(coordinate - border) < borderTolerance ? border : coordinate;
 }
 
 std::array<double, 3> ObliquePlane::cornerPoint(int i, int j) const
