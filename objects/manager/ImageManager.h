@@ -88,6 +88,7 @@ public:
     void saveCurrentDirectory();
 
     QModelIndex index(int row, int column, const QModelIndex &parent = QModelIndex()) const override;
+    using QObject::parent;
     QModelIndex parent(const QModelIndex &index) const override;
     // The counts are the same for any parent.
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;

@@ -4,7 +4,6 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDialog>
-#include <QDialogButtonBox>
 #include <QElapsedTimer>
 #include <QFileDialog>
 #include <QLineEdit>
@@ -90,11 +89,28 @@ public:
                 return;
             }
             auto *edit = dialog->findChild<QLineEdit *>("fileNameEdit");
-            edit->setFocus();
-            edit->selectAll();
-            QTest::keyClicks(edit, path);
-            QTest::keyClick(edit, Qt::Key_Return);
+            // The dialog looks at the folder in a thread of its own, and judges a name only when it is typed.
+            const QPointer<QFileDialog> open = dialog;
+            for (int attempt = 0; attempt < 20 && isFront(open); ++attempt) {
+                type(edit, path);
+                QTest::keyClick(edit, Qt::Key_Return);
+                if (isFront(open))
+                    QTest::qWait(50);
+            }
         });
+    }
+
+    // Types a text in place of the one that is there, key by key.
+    static void type(QLineEdit *edit, const QString &text)
+    {
+        edit->setFocus();
+        edit->selectAll();
+        for (const QChar character : text) {
+            if (character.unicode() < 128)
+                QTest::keyClick(edit, character.toLatin1());
+            else
+                QTest::sendKeyEvent(QTest::Click, edit, Qt::Key_unknown, QString(character), Qt::NoModifier);
+        }
     }
 
     // The texts of the filters that a file dialog shows, from the top.
@@ -187,9 +203,9 @@ private:
             return;
         }
         // An answer may open a further dialog before it returns (a question about overwriting, say), which is
-        // then served by the next step.
-        const Step step = steps[next++];
-        step.answer(dialog);
+        // then served by the next step. So it runs apart from this timer, which rests during its own call.
+        QTimer::singleShot(0, dialog, [answer = steps[next].answer, dialog] { answer(dialog); });
+        ++next;
     }
 
     void checkBox(QMessageBox *box, QMessageBox::Icon icon, const QString &title, const QString &text)
@@ -204,6 +220,11 @@ private:
     {
         faults << text;
         dialog->reject();
+    }
+
+    static bool isFront(const QPointer<QFileDialog> &dialog)
+    {
+        return !dialog.isNull() && dialog->isVisible() && QApplication::activeModalWidget() == dialog;
     }
 
     static QString describe(QDialog *dialog)
