@@ -95,6 +95,7 @@ QWidget *ImagePropertiesDialog::newGeneralPage()
     auto *page = new QWidget;
     auto *form = new QFormLayout(page);
     nameEdit = new QLineEdit(image->label(), page);
+    nameEdit->setFocus();
     form->addRow(tr("Name:"), nameEdit);
     addRow(*form, tr("Image type:"), typeName(image->imageType()));
     if (const auto *functional = qobject_cast<FunctionalImageObject *>(image))
