@@ -18,6 +18,7 @@ namespace {
 constexpr float openRange = std::numeric_limits<float>::max();
 constexpr GLenum rectangleTarget = 0x84F5; // GL_TEXTURE_RECTANGLE_ARB
 constexpr float axialTolerance = 0.001f;
+constexpr std::size_t piecesPerBatch = 8192;
 
 // The state that slices change: current colour, pixel transfer, fog, blending.
 constexpr GLbitfield sliceState = GL_CURRENT_BIT | GL_PIXEL_MODE_BIT | GL_FOG_BIT | GL_COLOR_BUFFER_BIT;
@@ -78,27 +79,59 @@ std::array<GLubyte, 128> hatching()
     return pattern;
 }
 
-void sendPiece(const PlanePiece &piece)
+void sendVertices(const PlanePiece &piece)
 {
-    const GLenum mode = piece.shape == PieceShape::Quad       ? GL_QUADS
-                        : piece.shape == PieceShape::Triangle ? GL_TRIANGLES
-                                                              : GL_POLYGON;
-    const GlPrimitive primitive(mode);
     for (int vertex = 0; vertex < piece.vertexCount; ++vertex)
         glVertex3dv(piece.vertices[static_cast<std::size_t>(vertex)].data());
 }
 
-void sendPieces(const std::vector<PlanePiece> &pieces, const std::vector<PieceColour> &colours)
+struct ColouredPieces
 {
-    for (std::size_t index = 0; index < pieces.size(); ++index) {
-        glColor4fv(colours[index].rgba.data());
-        sendPiece(pieces[index]);
-        if (colours[index].outsideWindow) {
-            const GlEnableScope stipple(GL_POLYGON_STIPPLE);
-            glColor3f(1.0f, 0.0f, 0.0f);
-            sendPiece(pieces[index]);
-        }
+    std::vector<PlanePiece> pieces;
+    std::vector<PieceColour> colours; // one per piece
+
+    void clear()
+    {
+        pieces.clear();
+        colours.clear();
     }
+};
+
+// All pieces in their colour, or those outside the window in the current colour. As pieces do not overlap,
+// their order does not matter, and those of one shape share a primitive.
+void sendPieces(const ColouredPieces &drawn, bool outsideWindowOnly)
+{
+    const auto sendShape = [&](PieceShape shape, auto send) {
+        for (std::size_t index = 0; index < drawn.pieces.size(); ++index) {
+            const PieceColour &colour = drawn.colours[index];
+            if (drawn.pieces[index].shape != shape || (outsideWindowOnly && !colour.outsideWindow))
+                continue;
+            if (!outsideWindowOnly)
+                glColor4fv(colour.rgba.data());
+            send(drawn.pieces[index]);
+        }
+    };
+    {
+        const GlPrimitive quads(GL_QUADS);
+        sendShape(PieceShape::Quad, sendVertices);
+    }
+    {
+        const GlPrimitive triangles(GL_TRIANGLES);
+        sendShape(PieceShape::Triangle, sendVertices);
+    }
+    sendShape(PieceShape::Polygon, [](const PlanePiece &piece) {
+        const GlPrimitive polygon(GL_POLYGON);
+        sendVertices(piece);
+    });
+}
+
+// The pieces, and red hatching over those outside the window.
+void sendHatchedPieces(const ColouredPieces &drawn)
+{
+    sendPieces(drawn, false);
+    const GlEnableScope stipple(GL_POLYGON_STIPPLE);
+    glColor3f(1.0f, 0.0f, 0.0f);
+    sendPieces(drawn, true);
 }
 
 void sendLine(const GlyphLines::Line &line)
@@ -284,20 +317,22 @@ void MervImageObject::renderObliquePlane(GraphicsObjectRenderAdvisor *advisor, c
     const auto pattern = hatching();
     glPolygonStipple(pattern.data());
     glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
-    std::vector<PlanePiece> pieces;
-    std::vector<PieceColour> colours;
+    ColouredPieces drawn;
     for (int row = 0; row < cells.rowCount(); ++row) {
-        pieces.clear();
-        colours.clear();
-        cells.appendRow(row, pieces);
+        const std::size_t before = drawn.pieces.size();
+        cells.appendRow(row, drawn.pieces);
         {
             const auto lock = lockVoxels();
-            for (const PlanePiece &piece : pieces) {
-                const auto [x, y, z] = piece.voxel;
-                colours.push_back(windowedColour(image->getVoxel(x, y, z, 0, channel), low, window, colour));
+            for (std::size_t index = before; index < drawn.pieces.size(); ++index) {
+                const auto [x, y, z] = drawn.pieces[index].voxel;
+                drawn.colours.push_back(
+                    windowedColour(image->getVoxel(x, y, z, 0, channel), low, window, colour));
             }
         }
-        sendPieces(pieces, colours);
+        if (drawn.pieces.size() >= piecesPerBatch || row + 1 == cells.rowCount()) {
+            sendHatchedPieces(drawn);
+            drawn.clear();
+        }
     }
 }
 
