@@ -1,0 +1,151 @@
+#pragma once
+
+#include "Common/ImageBase.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <memory>
+#include <sstream>
+#include <stdlib.h>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+// A folder of its own for a test, deleted at the end.
+class TempFolder
+{
+public:
+    TempFolder()
+    {
+        std::string pattern = std::filesystem::temp_directory_path() / "tevora_formats_XXXXXX";
+        path = mkdtemp(pattern.data());
+    }
+    ~TempFolder() { std::filesystem::remove_all(path); }
+    TempFolder(const TempFolder &) = delete;
+    TempFolder &operator=(const TempFolder &) = delete;
+
+    std::string operator/(const std::string &name) const { return path + '/' + name; }
+    std::wstring wide(const std::wstring &name) const
+    {
+        return std::wstring(path.begin(), path.end()) + L'/' + name;
+    }
+
+    std::string path;
+};
+
+// Standard output and standard error as long as it lives.
+class CapturedOutput
+{
+public:
+    CapturedOutput()
+        : outBuffer(std::cout.rdbuf(out.rdbuf()))
+        , errBuffer(std::cerr.rdbuf(err.rdbuf()))
+    {}
+    ~CapturedOutput()
+    {
+        std::cout.rdbuf(outBuffer);
+        std::cerr.rdbuf(errBuffer);
+    }
+    CapturedOutput(const CapturedOutput &) = delete;
+    CapturedOutput &operator=(const CapturedOutput &) = delete;
+
+    std::string text() const { return out.str(); }
+    std::string errors() const { return err.str(); }
+
+private:
+    std::ostringstream out;
+    std::ostringstream err;
+    std::streambuf *outBuffer;
+    std::streambuf *errBuffer;
+};
+
+inline void writeFile(const std::string &path, const std::string &bytes)
+{
+    std::ofstream(path, std::ios::binary) << bytes;
+}
+
+inline std::string readFile(const std::string &path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+// Bytes of files, put together by hand: little-endian whatever the machine.
+class Bytes
+{
+public:
+    explicit Bytes(std::size_t size = 0)
+        : bytes(size, '\0')
+    {}
+    Bytes &u16(std::size_t offset, std::uint32_t value) { return put(offset, value, 2); }
+    Bytes &u32(std::size_t offset, std::uint64_t value) { return put(offset, value, 4); }
+    Bytes &f32(std::size_t offset, float value)
+    {
+        std::uint32_t pattern;
+        std::memcpy(&pattern, &value, sizeof value);
+        return put(offset, pattern, 4);
+    }
+    Bytes &f64(std::size_t offset, double value)
+    {
+        std::uint64_t pattern;
+        std::memcpy(&pattern, &value, sizeof value);
+        return put(offset, pattern, 8);
+    }
+    Bytes &text(std::size_t offset, const std::string &value)
+    {
+        bytes.replace(offset, value.size(), value);
+        return *this;
+    }
+    // The bytes of one field in the other order.
+    Bytes &turned(std::size_t offset, std::size_t size)
+    {
+        const std::string field = bytes.substr(offset, size);
+        return text(offset, std::string(field.rbegin(), field.rend()));
+    }
+    const std::string &str() const { return bytes; }
+
+private:
+    Bytes &put(std::size_t offset, std::uint64_t value, int size)
+    {
+        for (int i = 0; i < size; ++i)
+            bytes.at(offset + static_cast<std::size_t>(i)) = static_cast<char>(value >> 8 * i & 0xFF);
+        return *this;
+    }
+
+    std::string bytes;
+};
+
+// An image whose values are all different as far as the type allows, both signs included.
+template <class T>
+std::unique_ptr<MERV::ImageBase<T>> numberedImage(int width, int height, int depth, int frames, int channels)
+{
+    auto image = std::make_unique<MERV::ImageBase<T>>();
+    image->setDimensions(width, height, depth, frames, channels);
+    int number = 0;
+    for (T &value : *image) {
+        const int offset = std::is_signed_v<T> ? 60 : 0;
+        value = static_cast<T>(static_cast<T>(number++ * 7 % 121) - static_cast<T>(offset));
+    }
+    image->computeMinMax();
+    return image;
+}
+
+template <class T>
+std::vector<T> valuesOf(MERV::Image &image)
+{
+    const auto *values = static_cast<const T *>(image.getData());
+    return std::vector<T>(values, values + image.getValueCount());
+}
+
+inline std::vector<int> dimensionsOf(const MERV::Image &image)
+{
+    return {image.getWidth(), image.getHeight(), image.getDepth(), image.getFrames(), image.getChannels()};
+}
+
+using ImagePointer = std::unique_ptr<MERV::Image>;
