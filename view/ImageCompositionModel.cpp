@@ -203,7 +203,7 @@ Qt::ItemFlags ImageComposition::flags(const QModelIndex &index) const
         return type == GraphicsTypeImage || qobject_cast<const EdgePointSet *>(object) != nullptr ? editable
                                                                                                   : plain;
     case EditColumn:
-        return isChildType(type) ? edited : plain;
+        return isChildType(type) ? editable : plain;
     case DisplayColumn:
     case DisplayScopeColumn:
     case DisplayModeColumn:
