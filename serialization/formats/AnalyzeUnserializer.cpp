@@ -1,0 +1,21 @@
+#include "serialization/formats/AnalyzeUnserializer.h"
+
+#include "Common/Analyze.h"
+#include "platform/FileNames.h"
+#include "serialization/formats/VoxelFiles.h"
+
+AnalyzeUnserializer::AnalyzeUnserializer()
+    : AbstractImageObjectUnserializer(tr("Analyze file"), {"application/x-analyze"}, {"hdr"})
+{}
+
+bool AnalyzeUnserializer::canUnserialize(const wchar_t *path)
+{
+    return VoxelFiles::hasSuffix(pathFromWide(path), "hdr");
+}
+
+ImageObject *AnalyzeUnserializer::unserialize(const wchar_t *path)
+{
+    const QString file = pathFromWide(path);
+    std::unique_ptr<MERV::Image> image(MERV::loadAnalyze(narrowPath(file).c_str()));
+    return VoxelFiles::newImageObject(std::move(image), file);
+}

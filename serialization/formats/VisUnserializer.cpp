@@ -1,0 +1,48 @@
+#include "serialization/formats/VisUnserializer.h"
+
+#include "Common/Vis.h"
+#include "objects/MervImageObject.h"
+
+#include <QtEndian>
+
+#include <memory>
+#include <utility>
+
+namespace {
+
+struct RequiredWord
+{
+    int index; // of a 32-bit word in the head
+    quint32 value;
+};
+
+constexpr RequiredWord requiredWords[] = {{0, 123456789}, {3, 1}, {8, 1}, {9, 0}, {13, 1}};
+
+} // namespace
+
+VisUnserializer::VisUnserializer(AskVoxelSize ask)
+    : AbstractImageObjectUnserializer(tr("Tallowbrook VIS format"), {"application/x-tallowbrook-vis"},
+                                      {"vis"})
+    , askVoxelSize(std::move(ask))
+{}
+
+bool VisUnserializer::canUnserialize(const char *head)
+{
+    for (const RequiredWord &word : requiredWords) {
+        if (qFromLittleEndian<quint32>(head + 4 * word.index) != word.value)
+            return false;
+    }
+    return true;
+}
+
+ImageObject *VisUnserializer::unserialize(std::istream &stream)
+{
+    std::unique_ptr<MERV::Image> image(MERV::loadVis(stream));
+    if (image == nullptr)
+        return nullptr;
+    const auto size = askVoxelSize({image->getWidth(), image->getHeight(), image->getDepth()});
+    if (!size)
+        return nullptr;
+    image->setSpacing((*size)[0], (*size)[1], (*size)[2], 1.0f);
+    return new MervImageObject(image.release(), QString(), nullptr);
+}

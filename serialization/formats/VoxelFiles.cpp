@@ -1,0 +1,35 @@
+#include "serialization/formats/VoxelFiles.h"
+
+#include "objects/MervImageObject.h"
+
+#include <QFileInfo>
+
+namespace {
+
+constexpr qint64 smallestFile = 10; // bytes
+
+} // namespace
+
+MERV::Image *VoxelFiles::voxelsOf(ImageObject *object)
+{
+    const auto *volume = dynamic_cast<MervImageObject *>(object);
+    return volume != nullptr ? volume->voxels() : nullptr;
+}
+
+QString VoxelFiles::withoutExtension(const QString &path, const QString &extension)
+{
+    return path.endsWith(extension, Qt::CaseInsensitive) ? path.chopped(extension.size()) : path;
+}
+
+bool VoxelFiles::hasSuffix(const QString &path, const QString &suffix)
+{
+    const QFileInfo file(path);
+    return file.suffix() == suffix && file.isFile() && file.size() >= smallestFile;
+}
+
+ImageObject *VoxelFiles::newImageObject(std::unique_ptr<MERV::Image> image, const QString &path)
+{
+    if (image == nullptr)
+        return nullptr;
+    return new MervImageObject(image.release(), QFileInfo(path).baseName(), nullptr);
+}

@@ -1,0 +1,24 @@
+#include "serialization/formats/WindowsBitmapUnserializer.h"
+
+#include "Common/Bitmap.h"
+#include "platform/FileNames.h"
+#include "serialization/formats/VoxelFiles.h"
+
+#include <fstream>
+
+WindowsBitmapUnserializer::WindowsBitmapUnserializer()
+    : AbstractImageObjectUnserializer(tr("Windows bitmap"), {"image/bmp"}, {"bmp"})
+{}
+
+bool WindowsBitmapUnserializer::canUnserialize(const wchar_t *path)
+{
+    return VoxelFiles::hasSuffix(pathFromWide(path), "bmp");
+}
+
+ImageObject *WindowsBitmapUnserializer::unserialize(const wchar_t *path)
+{
+    const QString file = pathFromWide(path);
+    std::ifstream stream(narrowPath(file), std::ios::binary);
+    std::unique_ptr<MERV::Image> image(stream ? MERV::loadBitmap(stream) : nullptr);
+    return VoxelFiles::newImageObject(std::move(image), file);
+}
