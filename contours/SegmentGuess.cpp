@@ -54,12 +54,14 @@ public:
         before = current;
         const Vector3 ahead = path[index + 1] - current;
         const double distance = lengthOf(ahead);
-        if (distance > stepMm && distance <= longestPieceMm)
+        bool moved = false;
+        if (distance > stepMm && distance <= longestPieceMm) {
             current = {current.x + stepMm * ahead.x / distance, current.y + stepMm * ahead.y / distance,
                        current.z + stepMm * ahead.z / distance};
-        // Far from the origin a step can be too small to change the position.
-        const bool stuck = current.x == before.x && current.y == before.y && current.z == before.z;
-        if (stuck)
+            // Far from the origin a step can be too small to change the position.
+            moved = current.x != before.x || current.y != before.y || current.z != before.z;
+        }
+        if (!moved)
             current = path[++index];
     }
 
