@@ -49,7 +49,12 @@ public:
     {
         DicomFileBuilder meta;
         meta.text(0x00020010, "UI", transferSyntax.empty() ? defaultSyntax() : transferSyntax);
-        return std::string(128, '\0') + "DICM" + meta.dataSet() + dataSet();
+        std::string file;
+        file.resize(128);
+        file += "DICM";
+        file += meta.dataSet();
+        file += dataSet();
+        return file;
     }
 
     std::string dataSet() const
