@@ -1,0 +1,39 @@
+#pragma once
+
+#include "demo/PhantomOutline.h"
+
+#include <iosfwd>
+#include <vector>
+
+namespace demo {
+
+// What a perfect segmentation of the cartilage would measure, worked out from the formulas.
+struct PhantomTruth
+{
+    std::vector<double> areaMm2; // by slice as stored: the section in the slice's centre plane
+    double volumeMm3 = 0.0;
+
+    // Where cartilage meets bone, the thickness at a place is the length of the outward normal of the bone's
+    // surface inside the cartilage. The mean is weighted by the area of the bone's surface.
+    double interfaceAreaMm2 = 0.0;
+    double minimumThicknessMm = 0.0;
+    double meanThicknessMm = 0.0;
+    double maximumThicknessMm = 0.0;
+};
+
+PhantomTruth phantomTruth(const PhantomParameters &parameters);
+
+// The centre plane of a stored slice (from 0) in the frame of the volume.
+double slicePlaneMm(const PhantomParameters &parameters, int slice);
+
+// The program shows a series in its direct order with y and z reversed: stored slice k of n is its slice
+// n - 1 - k, and its world is voxel index times spacing, the centre of voxel (i, j, k) at ((i + 0.5) sx,
+// (j + 0.5) sy, (k + 0.5) sz). This turns a point of the volume's frame into that world and back.
+Point programWorld(const PhantomParameters &parameters, const Point &point);
+
+// Tables of tab-separated columns with a point as decimal sign, slices and points as the program has them.
+// The second one holds the two lines of each slice's outline, their points about `stepMm` apart or closer.
+void writeTruth(std::ostream &stream, const PhantomParameters &parameters);
+void writeOutlines(std::ostream &stream, const PhantomParameters &parameters, double stepMm);
+
+} // namespace demo
