@@ -44,23 +44,6 @@ std::optional<Rgba> advisedColour(GraphicsObjectRenderAdvisor &advisor, Graphics
     return Rgba{byte(16), byte(8), byte(0), byte(24)};
 }
 
-// Rows of a texture follow each other without gaps, whatever their length.
-class UnalignedUpload
-{
-public:
-    UnalignedUpload()
-    {
-        glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
-        glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
-        glPixelStorei(GL_UNPACK_ROW_LENGTH, 0);
-        glPixelStorei(GL_UNPACK_SKIP_ROWS, 0);
-        glPixelStorei(GL_UNPACK_SKIP_PIXELS, 0);
-    }
-    ~UnalignedUpload() { glPopClientAttrib(); }
-    UnalignedUpload(const UnalignedUpload &) = delete;
-    UnalignedUpload &operator=(const UnalignedUpload &) = delete;
-};
-
 void sendQuad(const SliceQuad &quad)
 {
     const GlPrimitive quads(GL_QUADS);
@@ -231,7 +214,7 @@ void MervImageObject::renderBox(GraphicsObjectRenderAdvisor *advisor, float, flo
     const bool rectangles = textureMode == TextureModeRectangle && image->getChannels() == 1;
     const GlTextureBinding binding(contextTexture());
     const GlEnableScope target(rectangles ? rectangleTarget : GL_TEXTURE_2D);
-    const UnalignedUpload rows;
+    const GlUnpackScope rows;
     const int depth = image->getDepth();
     for (int slice = 0; slice < depth; ++slice) {
         const float middle = sliceCentre(slice, image->getSpacing(2));
@@ -314,6 +297,7 @@ void MervImageObject::renderObliquePlane(GraphicsObjectRenderAdvisor *advisor, c
 
     const GlAttributeScope state(cellState);
     glDisable(GL_TEXTURE_2D);
+    const GlUnpackScope rows;
     const auto pattern = hatching();
     glPolygonStipple(pattern.data());
     glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <exception>
 #include <iostream>
 
 namespace {
@@ -111,7 +112,12 @@ void SliceSelector::update()
 {
     if (source == nullptr || source->voxels() == nullptr)
         return;
-    rebuild();
+    try {
+        rebuild();
+    } catch (const std::exception &failure) {
+        std::cerr << failure.what() << std::endl; // no exception may leave a slot; the last slice stays
+        return;
+    }
     emit updated();
 }
 

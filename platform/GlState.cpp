@@ -10,6 +10,16 @@ constexpr const char *textureProperty = "tevoraContextTexture";
 
 } // namespace
 
+GlUnpackScope::GlUnpackScope()
+{
+    glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+    glPixelStorei(GL_UNPACK_ROW_LENGTH, 0);
+    glPixelStorei(GL_UNPACK_SKIP_ROWS, 0);
+    glPixelStorei(GL_UNPACK_SKIP_PIXELS, 0);
+    glPixelStorei(GL_UNPACK_LSB_FIRST, GL_FALSE);
+}
+
 GlTextureBinding::GlTextureBinding(GLuint texture)
 {
     glGetIntegerv(GL_TEXTURE_BINDING_2D, &former);

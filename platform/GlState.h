@@ -29,6 +29,17 @@ private:
     GLenum capability;
 };
 
+// For the time of the scope, pictures and stipple patterns are read from memory as they lie there: rows
+// follow each other without gaps, whatever their length. Restores the pixel store modes.
+class GlUnpackScope
+{
+public:
+    GlUnpackScope();
+    ~GlUnpackScope() { glPopClientAttrib(); }
+    GlUnpackScope(const GlUnpackScope &) = delete;
+    GlUnpackScope &operator=(const GlUnpackScope &) = delete;
+};
+
 // One glBegin .. glEnd.
 class GlPrimitive
 {

@@ -8,8 +8,10 @@
 #include <QTest>
 
 #include <algorithm>
+#include <atomic>
 #include <limits>
 #include <memory>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -92,6 +94,7 @@ private slots:
     void maskOfAnotherSizeIsRefused();
     void maskedCopyIsBoundedByTheSmallestDepth();
     void metaDataGoToTheVoxels();
+    void workerMayWriteVoxelsUnderTheLock();
     void emptyVoxelImage();
     void rectangleTexturesAreRecognisedButNotUsed();
 };
@@ -473,6 +476,37 @@ void MervImageObjectTest::metaDataGoToTheVoxels()
     OpenImage object(newVolume(MERV::TypeUChar, {1, 1, 1}));
     object.setMetaData("Patient", "J\u00F6rg");
     QCOMPARE(object.voxels()->getMetaData("Patient"), std::string("J\u00F6rg"));
+}
+
+// A worker fills all voxels with one value per round, under the lock, and has the textures invalidated;
+// slices that are shown meanwhile are of one round, and the last round is seen in the end.
+void MervImageObjectTest::workerMayWriteVoxelsUnderTheLock()
+{
+    constexpr int rounds = 200;
+    auto image = newVolume(MERV::TypeUChar, {16, 16, 4});
+    image->setWindowRange(0.0f, 255.0f, 0);
+    OpenImage object(std::move(image));
+    std::atomic<bool> done{false};
+    std::thread worker([&] {
+        for (int round = 1; round <= rounds; ++round) {
+            {
+                const auto lock = object.lockVoxels();
+                for (std::uint64_t index = 0; index < object.voxels()->getValueCount(); ++index)
+                    object.voxels()->setValue(static_cast<float>(round), index);
+            }
+            object.invalidateTextures();
+        }
+        done = true;
+    });
+    bool oneRound = true;
+    while (!done) {
+        const unsigned char *bytes = object.displaySlice(2);
+        oneRound =
+            oneRound && std::all_of(bytes, bytes + 256, [bytes](unsigned char b) { return b == bytes[0]; });
+    }
+    worker.join();
+    QVERIFY(oneRound);
+    QCOMPARE(int(object.displaySlice(2)[255]), rounds);
 }
 
 void MervImageObjectTest::emptyVoxelImage()

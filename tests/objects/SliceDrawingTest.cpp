@@ -9,8 +9,10 @@
 
 #include <array>
 #include <cmath>
+#include <fstream>
 #include <limits>
 #include <map>
+#include <string>
 #include <vector>
 
 namespace {
@@ -69,6 +71,18 @@ bool isBlack(const QImage &picture)
         }
     }
     return true;
+}
+
+// A line of the process's status, -1 if there is none.
+long megabytes(const std::string &name)
+{
+    std::ifstream status("/proc/self/status");
+    for (std::string word; status >> word;) {
+        long kilobytes = 0;
+        if (word == name && status >> kilobytes)
+            return kilobytes / 1024;
+    }
+    return -1;
 }
 
 // What drawing may change, as numbers.
@@ -155,6 +169,7 @@ private slots:
     void samplesAsCrosses();
     void stateIsLeftAsFound();
     void unusableImagesDrawNothing();
+    void memoryIsVoxelsTexturesAndLittleMore();
 };
 
 void SliceDrawingTest::initTestCase()
@@ -642,6 +657,30 @@ void SliceDrawingTest::unusableImagesDrawNothing()
         QVERIFY(isBlack(canvas.picture()));
     }
     QCOMPARE(int(glGetError()), int(GL_NO_ERROR));
+}
+
+// Opening, stepping, changing the window and cutting a volume: the peak beyond what was used before is the
+// voxels, the 8-bit textures and at most 64 MB.
+void SliceDrawingTest::memoryIsVoxelsTexturesAndLittleMore()
+{
+    Canvas canvas;
+    TestAdvisor advisor;
+    const long before = megabytes("VmRSS:");
+    if (before < 0)
+        QSKIP("this system does not tell its memory in /proc");
+    // 512 * 512 * 200 voxels of 2 bytes: 100 MB, and half of that as textures.
+    auto image = newVolume(MERV::TypeUShort, {512, 512, 200});
+    image->setVoxel(1000.0f, 1, 1, 1, 0, 0);
+    image->computeMinMax();
+    OpenImage object(std::move(image));
+    object.render(&advisor);
+    object.setWindow(0.0f, 500.0f);
+    object.render(&advisor);
+    const float plane[4] = {0.1f, 0.1f, 1.0f, -100.0f};
+    object.renderPlane(&advisor, plane);
+    glFinish();
+    const long peak = megabytes("VmHWM:") - before;
+    QVERIFY2(peak <= 100 + 50 + 64, qPrintable(QString::number(peak)));
 }
 
 QTEST_MAIN(SliceDrawingTest)
