@@ -277,12 +277,14 @@ TEST(AnalyzeReader, truncatedFilesAreNullOrWhole)
     const std::string voxels = "abcdefgh";
     for (const Bytes &bytes : {header(2, 2, 1, 1, 4), turnedHeader(2, 2, 1, 1, 4)}) {
         const std::string whole = bytes.str();
-        for (std::size_t size = 0; size <= whole.size(); ++size)
-            EXPECT_EQ(loadedFrom(folder, whole.substr(0, size), voxels) != nullptr, size == whole.size())
-                << size;
-        for (std::size_t size = 0; size <= voxels.size(); ++size)
-            EXPECT_EQ(loadedFrom(folder, whole, voxels.substr(0, size)) != nullptr, size == voxels.size())
-                << size;
+        writeFile(folder / "v.img", voxels);
+        forEachTruncation(folder / "v.hdr", whole, [&](std::size_t size) {
+            EXPECT_EQ(loaded(folder / "v.hdr") != nullptr, size == whole.size()) << size;
+        });
+        writeFile(folder / "v.hdr", whole);
+        forEachTruncation(folder / "v.img", voxels, [&](std::size_t size) {
+            EXPECT_EQ(loaded(folder / "v.hdr") != nullptr, size == voxels.size()) << size;
+        });
     }
 }
 

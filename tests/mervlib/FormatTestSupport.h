@@ -76,6 +76,19 @@ inline std::string readFile(const std::string &path)
     return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
+// Calls use(size) with the file cut to each size, from the whole down to nothing.
+template <class Use>
+void forEachTruncation(const std::string &path, const std::string &whole, const Use &use)
+{
+    writeFile(path, whole);
+    for (std::size_t size = whole.size();; --size) {
+        std::filesystem::resize_file(path, size);
+        use(size);
+        if (size == 0)
+            return;
+    }
+}
+
 // Bytes of files, put together by hand: little-endian whatever the machine.
 class Bytes
 {

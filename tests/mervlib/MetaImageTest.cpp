@@ -478,19 +478,22 @@ TEST(MetaImageReader, truncatedFilesAreNullOrWhole)
                                "ElementDataFile = ";
     const std::string voxels = "abcdefgh";
     const std::string external = header + "v.raw\nKey = value\n";
-    for (std::size_t size = 0; size <= external.size(); ++size) {
-        const ImagePointer image = loadedFrom(folder, external.substr(0, size), voxels);
+    writeFile(folder / "v.raw", voxels);
+    forEachTruncation(folder / "v.mhd", external, [&](std::size_t size) {
+        const ImagePointer image = loaded(folder / "v.mhd");
+        EXPECT_EQ(image != nullptr, size >= header.size() + 5) << size;
         if (image != nullptr) {
             EXPECT_THAT(valuesOf<short>(*image), ElementsAre(0x6261, 0x6463, 0x6665, 0x6867)) << size;
         }
-        EXPECT_EQ(image != nullptr, size >= header.size() + 5) << size;
-    }
-    for (std::size_t size = 0; size <= voxels.size(); ++size)
-        EXPECT_EQ(loadedFrom(folder, external, voxels.substr(0, size)) != nullptr, size == voxels.size())
-            << size;
+    });
+    writeFile(folder / "v.mhd", external);
+    forEachTruncation(folder / "v.raw", voxels, [&](std::size_t size) {
+        EXPECT_EQ(loaded(folder / "v.mhd") != nullptr, size == voxels.size()) << size;
+    });
     const std::string local = header + "LOCAL\n" + voxels;
-    for (std::size_t size = 0; size <= local.size(); ++size)
-        EXPECT_EQ(loadedFrom(folder, local.substr(0, size), "") != nullptr, size == local.size()) << size;
+    forEachTruncation(folder / "v.mha", local, [&](std::size_t size) {
+        EXPECT_EQ(loaded(folder / "v.mha") != nullptr, size == local.size()) << size;
+    });
 }
 
 } // namespace
