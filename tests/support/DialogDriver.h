@@ -7,6 +7,7 @@
 #include <QElapsedTimer>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QList>
 #include <QMessageBox>
 #include <QPointer>
 #include <QString>
@@ -89,6 +90,7 @@ public:
                 return;
             }
             auto *edit = dialog->findChild<QLineEdit *>("fileNameEdit");
+            edit->setCompleter(nullptr); // its list opens when it likes and would take the Return
             // The dialog looks at the folder in a thread of its own, and judges a name only when it is typed.
             const QPointer<QFileDialog> open = dialog;
             for (int attempt = 0; attempt < 20 && isFront(open); ++attempt) {
@@ -191,12 +193,12 @@ private:
         auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
         if (dialog == nullptr || !dialog->isVisible())
             return;
-        if (dialog == answered) {
+        if (answered.contains(dialog)) {
             if (sinceAnswer.elapsed() > stuckMs)
                 fault("still open after its answer: " + describe(dialog), dialog);
             return;
         }
-        answered = dialog;
+        answered << dialog;
         sinceAnswer.start();
         if (next == steps.size()) {
             fault("unannounced: " + describe(dialog), dialog);
@@ -238,7 +240,7 @@ private:
     QTimer timer;
     std::vector<Step> steps;
     std::size_t next = 0;
-    QPointer<QDialog> answered;
+    QList<QPointer<QDialog>> answered; // those that closed are null
     QElapsedTimer sinceAnswer;
     QStringList faults;
     QByteArray reportText;
