@@ -1,0 +1,45 @@
+# tevora_add_header_check(): the target header_check, which compiles each header of the declared targets alone,
+# without the precompiled header, with the include paths and flags of the target that it belongs to.
+
+# The headers in a target's folder, but for those in the folder of another target below it.
+function(_tevora_headers folder all_folders result)
+    file(GLOB_RECURSE headers RELATIVE "${CMAKE_SOURCE_DIR}" CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/${folder}/*.h")
+    foreach(other IN LISTS all_folders)
+        if(other MATCHES "^${folder}/")
+            list(FILTER headers EXCLUDE REGEX "^${other}/")
+        endif()
+    endforeach()
+    set(${result} "${headers}" PARENT_SCOPE)
+endfunction()
+
+function(tevora_add_header_check)
+    add_custom_target(header_check)
+    get_property(targets GLOBAL PROPERTY TEVORA_TARGETS)
+    set(folders "")
+    foreach(target IN LISTS targets)
+        get_property(folder GLOBAL PROPERTY "TEVORA_FOLDER_${target}")
+        list(APPEND folders "${folder}")
+    endforeach()
+    set(done "")
+    foreach(target folder IN ZIP_LISTS targets folders)
+        _tevora_headers("${folder}" "${folders}" headers)
+        if(folder IN_LIST done OR NOT headers) # a library and a program may share a folder
+            continue()
+        endif()
+        list(APPEND done "${folder}")
+        set(sources "")
+        foreach(header IN LISTS headers)
+            set(source "${CMAKE_CURRENT_BINARY_DIR}/header_check/${header}.cpp")
+            file(GENERATE OUTPUT "${source}" CONTENT "#include \"${header}\"\n#include \"${header}\"\n")
+            list(APPEND sources "${source}")
+        endforeach()
+        add_library(header_check_${target} OBJECT ${sources})
+        target_link_libraries(header_check_${target} PRIVATE $<TARGET_PROPERTY:${target},LINK_LIBRARIES>)
+        target_include_directories(header_check_${target} PRIVATE
+            $<TARGET_PROPERTY:${target},INCLUDE_DIRECTORIES>)
+        target_compile_definitions(header_check_${target} PRIVATE
+            $<TARGET_PROPERTY:${target},COMPILE_DEFINITIONS>)
+        target_compile_options(header_check_${target} PRIVATE -O0)
+        add_dependencies(header_check header_check_${target})
+    endforeach()
+endfunction()
