@@ -13,9 +13,11 @@
 #include <memory>
 
 class FullScreenPlace;
+class GraphicsPod;
 class ImageComposition;
 class ImageObject;
 class InteractionMode;
+enum class Drawing;
 
 // The cursors of the interaction modes that are no standard shapes.
 struct ViewCursors
@@ -133,19 +135,21 @@ private:
     void makeModes();
     void loadCursors();
     InteractionMode *presentMode() const;
-    void leavePresentMode();
     void announceMode(InteractMode mode);
     void rebuildProjection();
     void objectClosing(ImageObject *closing);
-    void releaseContext();
 
     QPoint centred(const QPointF &position) const;
     void aim(const QPoint &position);
+    template <typename Handle>
+    void handleMouse(const QMouseEvent &event, const Handle &handle);
     void stepSlice(bool next);
     bool handleRepeatingKey(const QKeyEvent &event);
     bool handleModeKey(const QKeyEvent &event);
     bool handleOtherKey(const QKeyEvent &event);
     bool animate(double ticks);
+    void paintObjects();
+    void paintPod(GraphicsPod &pod, Drawing drawing);
 
     ImageComposition *composition;
     ViewState viewState;
@@ -154,6 +158,7 @@ private:
     std::unique_ptr<FullScreenPlace> savedPlace;                    // while in full screen
     int timerId = 0;
     QElapsedTimer tickClock;
+    bool scrollLocked = false; // toggled by its key, shows nowhere
     bool painting = false;
     int collectingRepaints = 0; // > 0: repaints wait for the end of a RepaintCollector
     bool repaintCollected = false;

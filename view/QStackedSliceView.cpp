@@ -1,0 +1,439 @@
+#include "view/QStackedSliceView.h"
+
+#include "contours/SlicedContoursSegment.h"
+#include "objects/ImageObject.h"
+#include "platform/GlState.h"
+#include "resources/Resources.h"
+#include "shell/help/Help.h"
+#include "view/FullScreenPlace.h"
+#include "view/GraphicsPod.h"
+#include "view/ImageComposition.h"
+#include "view/camera/CameraMotion.h"
+#include "view/camera/Projection.h"
+#include "view/interaction/EraseMode.h"
+#include "view/interaction/GuessMode.h"
+#include "view/interaction/MoveMode.h"
+#include "view/interaction/PerspectiveMode.h"
+#include "view/interaction/TraceMode.h"
+#include "view/interaction/WindowMode.h"
+#include "view/interaction/ZoomMode.h"
+
+#include <QCoreApplication>
+#include <QSurfaceFormat>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace {
+
+constexpr int tickMs = 20;
+constexpr int smallestSize = 200;
+constexpr float strongestPerspective = 0.001f;
+constexpr std::uint32_t lineWidthFactor = 2;
+
+// The compatibility profile: a version above 2.1 would be a core profile without what is drawn with here.
+QSurfaceFormat viewFormat()
+{
+    QSurfaceFormat format;
+    format.setRenderableType(QSurfaceFormat::OpenGL);
+    format.setVersion(2, 1);
+    format.setSwapBehavior(QSurfaceFormat::DoubleBuffer);
+    format.setDepthBufferSize(24);
+    format.setAlphaBufferSize(8);
+    return format;
+}
+
+// What goes with entering a mode and with making it the base mode.
+struct ModeDescription
+{
+    InteractMode mode;
+    void (QStackedSliceView::*entered)();
+    void (QStackedSliceView::*baseSet)();
+    const char *helpTopic; // null: none
+};
+
+using View = QStackedSliceView;
+constexpr std::array<ModeDescription, 9> modeTable{{
+    {InteractMode::Perspective, &View::interactModePerspectiveEntered, &View::interactBaseModePerspectiveSet,
+     "stacked_slice_view_perspective"},
+    {InteractMode::Move, &View::interactModeMoveEntered, &View::interactBaseModeMoveSet,
+     "stacked_slice_view_move"},
+    {InteractMode::Zoom, &View::interactModeZoomEntered, &View::interactBaseModeZoomSet,
+     "stacked_slice_view_zoom"},
+    {InteractMode::Draw, &View::interactModeDrawEntered, &View::interactBaseModeDrawSet, nullptr},
+    {InteractMode::Window, &View::interactModeWindowEntered, &View::interactBaseModeWindowSet,
+     "stacked_slice_view_window"},
+    {InteractMode::Trace, &View::interactModeTraceEntered, &View::interactBaseModeTraceSet,
+     "stacked_slice_view_trace"},
+    {InteractMode::Guess, &View::interactModeGuessEntered, &View::interactBaseModeGuessSet,
+     "stacked_slice_view_guess"},
+    {InteractMode::Erase, &View::interactModeEraseEntered, &View::interactBaseModeEraseSet,
+     "stacked_slice_view_erase"},
+    {InteractMode::Load, &View::interactModeLoadEntered, &View::interactBaseModeLoadSet,
+     "stacked_slice_view_load"},
+}};
+
+const ModeDescription *descriptionOf(InteractMode mode)
+{
+    const auto found = std::find_if(modeTable.begin(), modeTable.end(),
+                                    [mode](const ModeDescription &entry) { return entry.mode == mode; });
+    return found != modeTable.end() ? &*found : nullptr;
+}
+
+QCursor cursorFor(InteractMode mode, const ViewCursors &cursors)
+{
+    switch (mode) {
+    case InteractMode::Move:
+        return cursors.hand;
+    case InteractMode::Zoom:
+        return cursors.magnifier;
+    case InteractMode::Window:
+        return cursors.window;
+    case InteractMode::Draw:
+        return Qt::CrossCursor;
+    case InteractMode::Erase:
+        return Qt::UpArrowCursor;
+    default:
+        return Qt::ArrowCursor;
+    }
+}
+
+} // namespace
+
+QStackedSliceView::QStackedSliceView(QWidget *parent, ImageComposition *shownComposition)
+    : QOpenGLWidget(parent)
+    , composition(shownComposition != nullptr ? shownComposition : new ImageComposition(this))
+{
+    setFormat(viewFormat());
+    setWindowTitle(tr("Stacked Slice View"));
+    setMinimumSize(smallestSize, smallestSize);
+    setMouseTracking(true);
+    setAttribute(Qt::WA_DeleteOnClose);
+    setFocusPolicy(Qt::StrongFocus);
+    loadCursors();
+    makeModes();
+    connect(composition, &ImageComposition::updated, this, &QStackedSliceView::imageCompositionUpdated);
+    connect(composition, &ImageComposition::objectClosing, this, &QStackedSliceView::objectClosing);
+    timerId = startTimer(tickMs);
+    setInteractBaseModeMove();
+}
+
+QStackedSliceView::~QStackedSliceView()
+{
+    // The composition may tell of changes while parts of this view go.
+    disconnect(composition, nullptr, this, nullptr);
+    if (context() != nullptr) {
+        makeCurrent();
+        deleteContextTexture();
+        doneCurrent();
+    }
+}
+
+void QStackedSliceView::loadCursors()
+{
+    const auto load = [](const char *name) {
+        return QCursor(QPixmap(Resources::cursor(QString::fromLatin1(name))), -1, -1);
+    };
+    modeCursors = {load("hand.png"),
+                   load("fist.png"),
+                   load("magnifier.png"),
+                   load("magnifier-plus.png"),
+                   load("magnifier-minus.png"),
+                   load("window.png")};
+}
+
+void QStackedSliceView::makeModes()
+{
+    modes[InteractMode::Perspective] = std::make_unique<PerspectiveMode>(*this, viewState);
+    modes[InteractMode::Move] = std::make_unique<MoveMode>(*this, viewState);
+    modes[InteractMode::Zoom] = std::make_unique<ZoomMode>(*this, viewState);
+    modes[InteractMode::Window] = std::make_unique<WindowMode>(*this, viewState);
+    modes[InteractMode::Trace] = std::make_unique<TraceMode>(*this, viewState);
+    modes[InteractMode::Guess] = std::make_unique<GuessMode>(*this, viewState);
+    modes[InteractMode::Erase] = std::make_unique<EraseMode>(*this, viewState);
+}
+
+InteractionMode *QStackedSliceView::presentMode() const
+{
+    const auto found = modes.find(viewState.interactMode);
+    return found != modes.end() ? found->second.get() : nullptr;
+}
+
+void QStackedSliceView::translateView(double dx, double dy)
+{
+    const Matrix4 step = translation(dx, dy, 0.0);
+    viewState.viewMatrix = product(step, viewState.viewMatrix);
+    viewState.targetViewMatrix = product(step, viewState.targetViewMatrix);
+    requestRepaint();
+}
+
+void QStackedSliceView::translateTarget(double dx, double dy)
+{
+    viewState.targetViewMatrix = product(translation(dx, dy, 0.0), viewState.targetViewMatrix);
+    viewState.animatingView = true;
+}
+
+void QStackedSliceView::scaleTarget(double factor)
+{
+    viewState.targetViewMatrix = product(scaling(factor), viewState.targetViewMatrix);
+    viewState.animatingView = true;
+}
+
+void QStackedSliceView::rotate(double rx, double ry, double rz, bool rotateCamera, bool keepPlane)
+{
+    const Matrix4 turn = rotation(rx, ry, rz);
+    if (rotateCamera) {
+        viewState.targetViewMatrix = product(turn, viewState.targetViewMatrix);
+        viewState.viewMatrix = product(turn, viewState.viewMatrix);
+    }
+    if (!keepPlane) {
+        Matrix4 back;
+        MERV::transpose(turn, back);
+        viewState.workingPlane = transformedPlane(back, viewState.workingPlane);
+        viewState.workingPlaneAxial = false;
+    }
+    requestRepaint();
+}
+
+void QStackedSliceView::snapTargetToAxis()
+{
+    viewState.targetViewMatrix = snappedToAxis(viewState.targetViewMatrix);
+    viewState.animatingView = true;
+}
+
+void QStackedSliceView::setWorkingZ(float z)
+{
+    viewState.workingPlane = {0.0, 0.0, 1.0, -static_cast<double>(z)};
+    viewState.workingPlaneAxial = true;
+    viewState.workingZ = z;
+    updateCursor();
+}
+
+void QStackedSliceView::setWorkingPlane(const Plane &plane)
+{
+    viewState.workingPlane = plane;
+    viewState.workingPlaneAxial = plane.a == 0.0 && plane.b == 0.0;
+    if (viewState.workingPlaneAxial)
+        viewState.workingZ = static_cast<float>(-plane.d / plane.c);
+}
+
+void QStackedSliceView::fitView()
+{
+    viewState.targetViewMatrix =
+        fittedView(static_cast<double>(composition->extentX()), static_cast<double>(composition->extentY()),
+                   viewState.width, viewState.height);
+    viewState.animatingView = true;
+}
+
+void QStackedSliceView::resetView()
+{
+    fitView();
+    viewState.viewMatrix = viewState.targetViewMatrix;
+    viewState.animatingView = false;
+    if (const GraphicsPod *pod = composition->pod(0); pod != nullptr && pod->object()->hasContent()) {
+        const float z = pod->object()->firstSignificantZ();
+        if (std::isfinite(z))
+            setWorkingZ(z);
+    }
+    requestRepaint();
+}
+
+void QStackedSliceView::setPerspective(float shearX, float shearY, float strength)
+{
+    viewState.perspectiveShearX = std::clamp(shearX, -1.0f, 1.0f);
+    viewState.perspectiveShearY = std::clamp(shearY, -1.0f, 1.0f);
+    viewState.perspectiveStrength = std::clamp(strength, 0.0f, strongestPerspective);
+    rebuildProjection();
+    requestRepaint();
+}
+
+void QStackedSliceView::rebuildProjection()
+{
+    viewState.projectionMatrix = projectionMatrix(
+        viewState.width, viewState.height, static_cast<double>(viewState.perspectiveShearX),
+        static_cast<double>(viewState.perspectiveShearY), static_cast<double>(viewState.perspectiveStrength));
+}
+
+QString QStackedSliceView::coordinatesText() const
+{
+    const auto number = [this](std::size_t axis) {
+        return QStringLiteral("%L1").arg(viewState.cursorWorld[axis], 0, 'f', 3);
+    };
+    return tr("x = %1 mm; y = %2 mm; z = %3 mm").arg(number(0), number(1), number(2));
+}
+
+void QStackedSliceView::updateCursor()
+{
+    const auto back = inverseOf(viewState.viewMatrix);
+    if (!back)
+        return;
+    const Vector4 meeting = meetingPoint(viewState.eyePoint, viewState.mousePoint,
+                                         transformedPlane(*back, viewState.workingPlane));
+    viewState.cursorView = divided(meeting);
+    viewState.cursorWorld = divided(transformed(*back, meeting));
+    // Exactly on the plane, so that all that is drawn on it shares one z.
+    if (viewState.workingPlaneAxial)
+        viewState.cursorWorld[2] = static_cast<double>(viewState.workingZ);
+    emit currentCoordinatesChanged();
+}
+
+void QStackedSliceView::enterMode(InteractMode mode)
+{
+    if (mode == viewState.interactMode)
+        return;
+    if (InteractionMode *left = presentMode())
+        left->leave();
+    viewState.interactMode = mode;
+    announceMode(mode);
+    if (InteractionMode *entered = presentMode())
+        entered->enter();
+}
+
+void QStackedSliceView::announceMode(InteractMode mode)
+{
+    const ModeDescription *description = descriptionOf(mode);
+    if (description == nullptr)
+        return;
+    setCursor(cursorFor(mode, modeCursors));
+    emit(this->*description->entered)();
+    if (description->helpTopic != nullptr)
+        Help::instance()->showTopic(QString::fromLatin1(description->helpTopic));
+}
+
+void QStackedSliceView::setBaseMode(InteractMode mode)
+{
+    if (viewState.interactBaseMode == mode || viewState.interactMode == mode)
+        return;
+    viewState.interactBaseMode = mode;
+    if (const ModeDescription *description = descriptionOf(mode))
+        emit(this->*description->baseSet)();
+    enterMode(mode);
+}
+
+void QStackedSliceView::setInteractBaseModePerspective()
+{
+    setBaseMode(InteractMode::Perspective);
+}
+
+void QStackedSliceView::setInteractBaseModeMove()
+{
+    setBaseMode(InteractMode::Move);
+}
+
+void QStackedSliceView::setInteractBaseModeZoom()
+{
+    setBaseMode(InteractMode::Zoom);
+}
+
+void QStackedSliceView::setInteractBaseModeTrace()
+{
+    setBaseMode(InteractMode::Trace);
+}
+
+void QStackedSliceView::setInteractBaseModeDraw()
+{
+    setBaseMode(InteractMode::Draw);
+}
+
+void QStackedSliceView::setInteractBaseModeWindow()
+{
+    setBaseMode(InteractMode::Window);
+}
+
+void QStackedSliceView::setInteractBaseModeGuess()
+{
+    setBaseMode(InteractMode::Guess);
+}
+
+void QStackedSliceView::setInteractBaseModeErase()
+{
+    setBaseMode(InteractMode::Erase);
+}
+
+void QStackedSliceView::setInteractBaseModeLoad()
+{
+    setBaseMode(InteractMode::Load);
+}
+
+void QStackedSliceView::requestRepaint()
+{
+    viewState.repaintPending = true;
+}
+
+// repaint() would be put off to the next refresh of the screen; a pending update that is sent at once is not.
+void QStackedSliceView::repaintNow()
+{
+    if (collectingRepaints > 0) {
+        repaintCollected = true;
+        return;
+    }
+    update();
+    if (!painting)
+        QCoreApplication::sendPostedEvents(window(), QEvent::UpdateRequest);
+}
+
+void QStackedSliceView::imageCompositionUpdated()
+{
+    repaintNow();
+}
+
+void QStackedSliceView::objectClosing(ImageObject *closing)
+{
+    for (QPointer<SlicedContoursSegment> *held : {&viewState.activeSegment, &viewState.anchorSegment})
+        if (*held && rootImageObject(*held) == closing)
+            *held = nullptr;
+    viewState.edgeMarkers.clear();
+    requestRepaint();
+}
+
+bool QStackedSliceView::overrides(GraphicsObject *object, int key, int subKey)
+{
+    if (key == RenderKey::Highlight || key == RenderKey::Dashed || key == RenderKey::LineWidthFactor)
+        return true;
+    return composition->overrides(object, key, subKey);
+}
+
+std::uint32_t QStackedSliceView::value(GraphicsObject *object, int key, int subKey)
+{
+    switch (key) {
+    case RenderKey::Highlight:
+        return viewState.activeSegment == object ? 1 : 0;
+    case RenderKey::Dashed:
+        return viewState.dashedSegments ? 1 : 0;
+    case RenderKey::LineWidthFactor:
+        return lineWidthFactor;
+    default:
+        return composition->value(object, key, subKey);
+    }
+}
+
+bool QStackedSliceView::isFullScreenView() const
+{
+    return savedPlace != nullptr;
+}
+
+// The context is shared with the other windows of the program and lives on across the change of parents.
+void QStackedSliceView::enterFullScreen()
+{
+    if (isFullScreenView())
+        return;
+    const QIcon icon = window()->windowIcon();
+    savedPlace = std::make_unique<FullScreenPlace>(*this);
+    setWindowIcon(icon);
+    showFullScreen();
+    setFocus();
+}
+
+void QStackedSliceView::leaveFullScreen()
+{
+    if (!isFullScreenView())
+        return;
+    showNormal();
+    savedPlace->restore(*this);
+    savedPlace.reset();
+    show();
+    if (window() != this)
+        window()->setFocusProxy(this);
+    setFocus();
+}
