@@ -82,7 +82,8 @@ void SliceEdgeDetector::computeColumn(int x)
     std::int16_t *outX = gradientsX.data() + column;
     std::int16_t *outY = gradientsY.data() + column;
     std::uint8_t *out = magnitudes.data() + column;
-    for (int y = 1; y < height - 1; ++y) {
+    const int end = height - 1; // a local one, so that the writes below cannot be taken to change it
+    for (int y = 1; y < end; ++y) {
         const int gx =
             (left[y - 1] + 2 * left[y] + left[y + 1] - right[y - 1] - 2 * right[y] - right[y + 1]) / 4;
         const int gy = (left[y - 1] + 2 * middle[y - 1] + right[y - 1] - left[y + 1] - 2 * middle[y + 1] -
@@ -90,9 +91,11 @@ void SliceEdgeDetector::computeColumn(int x)
                        4;
         outX[y] = static_cast<std::int16_t>(gx);
         outY[y] = static_cast<std::int16_t>(gy);
+    }
+    for (int y = 1; y < end; ++y) {
         // On bright corners the magnitude exceeds a byte: it then counts as 255.
-        const float magnitude = std::sqrt(static_cast<float>(gx * gx + gy * gy));
-        out[y] = static_cast<std::uint8_t>(std::min(static_cast<int>(magnitude), 255));
+        const float square = static_cast<float>(outX[y] * outX[y] + outY[y] * outY[y]);
+        out[y] = static_cast<std::uint8_t>(static_cast<int>(std::min(std::sqrt(square), 255.0f)));
     }
 }
 

@@ -63,21 +63,21 @@ inline std::vector<EdgePoint *> plainEdgePoints(const PlainSlice &slice, float s
         for (int y = 1; y < height - 1; ++y) {
             if (m(x, y) <= 5)
                 continue;
-            long long n[6] = {};
+            int n[6] = {};
             for (int k = 0; k < 6; ++k)
                 for (int i = 0; i < 9; ++i)
                     n[k] += plainWeights[k][i] * m(x - 1 + i % 3, y + 1 - i / 3);
-            const long long gx = plainGradientX(slice, x, y);
-            const long long gy = plainGradientY(slice, x, y);
-            const long long denominator = 2 * gx * gx * n[3] + 3 * gx * gy * n[5] + 2 * gy * gy * n[4];
+            const int gx = plainGradientX(slice, x, y);
+            const int gy = plainGradientY(slice, x, y);
+            const int denominator = 2 * gx * gx * n[3] + 3 * gx * gy * n[5] + 2 * gy * gy * n[4];
             if (denominator >= 0)
                 continue;
-            const long long px = -gx * (2 * gx * n[1] + 2 * gy * n[2]);
-            const long long py = -gy * (2 * gx * n[1] + 2 * gy * n[2]);
-            if (std::llabs(px) > -denominator || std::llabs(py) > -denominator || n[0] < 23)
+            const int px = -gx * (2 * gx * n[1] + 2 * gy * n[2]);
+            const int py = -gy * (2 * gx * n[1] + 2 * gy * n[2]);
+            if (std::abs(px) > -denominator || std::abs(py) > -denominator || n[0] < 23)
                 continue;
             auto *point = new EdgePoint;
-            const auto shift = [&](long long p) {
+            const auto shift = [&](int p) {
                 return p == 0 ? 0.0f
                               : static_cast<float>(static_cast<double>(p) /
                                                    (2.0 * static_cast<double>(denominator)));

@@ -15,6 +15,7 @@ SlicedMetricsViewer::SlicedMetricsViewer(ImageObject *source, QWidget *parent)
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(tr("Metrics of %1").arg(source != nullptr ? source->label() : QString()));
     table->setModel(metrics);
+    table->resizeColumnsToContents();
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(table);
 }
