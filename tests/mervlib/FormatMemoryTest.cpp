@@ -1,0 +1,175 @@
+// Headers that lie about sizes: no reader may ask for more memory than the file can fill. The address space
+// is limited meanwhile, so that asking alone fails and is reported by the library in words of its own.
+#include "Common/Analyze.h"
+#include "Common/Bitmap.h"
+#include "Common/MetaImage.h"
+#include "Common/Prs.h"
+#include "Common/Raw12Bit.h"
+#include "Common/Vis.h"
+
+#include "tests/mervlib/FormatTestSupport.h"
+
+#include <gmock/gmock.h>
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+using namespace MERV;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+constexpr rlim_t allowance = 32 * 1024 * 1024;
+
+// Leaves the process this much more address space than it has.
+class MemoryLimit
+{
+public:
+    MemoryLimit()
+    {
+        rlim_t pages = 0;
+        std::ifstream("/proc/self/statm") >> pages;
+        getrlimit(RLIMIT_AS, &before);
+        rlimit limit = before;
+        limit.rlim_cur = pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + allowance;
+        isSet = pages > 0 && setrlimit(RLIMIT_AS, &limit) == 0;
+    }
+    ~MemoryLimit() { setrlimit(RLIMIT_AS, &before); }
+    MemoryLimit(const MemoryLimit &) = delete;
+    MemoryLimit &operator=(const MemoryLimit &) = delete;
+
+    bool isSet = false;
+
+private:
+    rlimit before{};
+};
+
+class LyingHeaders : public testing::Test
+{
+protected:
+    // read must give null without running into the limit.
+    template <class Read>
+    void expectNull(const Read &read)
+    {
+        const CapturedOutput output;
+        const MemoryLimit limit;
+        ASSERT_TRUE(limit.isSet);
+        EXPECT_EQ(ImagePointer(read()), nullptr);
+        EXPECT_THAT(output.text(), Not(HasSubstr("Error while initializing!")));
+        text = output.text();
+    }
+
+    TempFolder folder;
+    std::string text;
+};
+
+const std::string endOfFile =
+    "Common >> Unexpected end of file encountered while reading image data from stream; stream position is ";
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+// The limit must bite, or the tests below prove nothing.
+TEST_F(LyingHeaders, honestImagesRunIntoTheLimit)
+{
+    const CapturedOutput output;
+    const MemoryLimit limit;
+    ImageBase<unsigned char> image;
+    EXPECT_THROW(image.setDimensions(1 << 20, 64, 1, 1, 1), std::exception);
+    EXPECT_THAT(output.text(), HasSubstr("Error while initializing!"));
+}
+#endif
+
+TEST_F(LyingHeaders, metaImage)
+{
+    const std::string sizes[] = {"DimSize = 1000000 1000 1 1\n",
+                                 "DimSize = 2147483647 2147483647 2147483647 2147483647\n",
+                                 "DimSize = 1 1 2147483647 1\n", "DimSize = 65536 65536 65536 65536\n",
+                                 "ElementNumberOfChannels = 2147483647\nDimSize = 1 1 1 1\n"};
+    writeFile(folder / "v.raw", "abc");
+    for (const std::string &size : sizes) {
+        for (const std::string name : {"v.raw", "LOCAL"}) {
+            const std::string header =
+                "NDims = 4\n" + size + "ElementType = MET_DOUBLE\nElementDataFile = " + name + "\n";
+            writeFile(folder / "v.mhd", header);
+            expectNull([&] { return loadMetaImage((folder / "v.mhd").c_str()); });
+            const std::size_t end = name == "LOCAL" ? header.size() : 3;
+            EXPECT_THAT(text, HasSubstr(endOfFile + std::to_string(end) + '\n'));
+        }
+    }
+}
+
+TEST_F(LyingHeaders, analyze)
+{
+    Bytes bytes(348);
+    bytes.u16(40, 4).u16(42, 32767).u16(44, 32767).u16(46, 32767).u16(48, 32767).u16(70, 16);
+    writeFile(folder / "v.hdr", bytes.str());
+    writeFile(folder / "v.img", "abc");
+    expectNull([&] { return loadAnalyze((folder / "v.hdr").c_str()); });
+    EXPECT_THAT(text, HasSubstr(endOfFile + "3\n"));
+}
+
+TEST_F(LyingHeaders, vis)
+{
+    Bytes bytes(512);
+    bytes.u32(0, 0x075BCD15).u32(4, 0xFFFFFFFE).u32(12, 1).u32(16, 0x7FFFFFFF).u32(20, 2).u32(24, 1);
+    bytes.u32(28, 1).u32(32, 1).u32(52, 1);
+    expectNull([&] {
+        std::istringstream stream(bytes.str());
+        return loadVis(stream);
+    });
+    EXPECT_EQ(text, "Common >> Error reading image data from VIS stream.\n");
+}
+
+TEST_F(LyingHeaders, prs)
+{
+    Bytes bytes(2512);
+    bytes.u32(0, 0x0C140001).u32(4, 2512).u32(20, 2).u32(24, 16);
+    const auto expectRefused = [&](std::uint32_t count, std::uint32_t size, const std::string &rest) {
+        bytes.u32(8, count).u32(12, size).u32(16, size);
+        writeFile(folder / "v.prs", bytes.str() + rest);
+        PrsHeader header;
+        std::vector<PrsRecord> records;
+        expectNull([&] { return loadPrs((folder / "v.prs").c_str(), header, records); });
+        EXPECT_THAT(text, HasSubstr(endOfFile + std::to_string(2512 + rest.size()) + '\n'));
+    };
+    expectRefused(0x7FFFFFFF, 1, "abc");                 // many records
+    expectRefused(1, 0x7FFFFFFF, std::string(112, 'r')); // large projections
+}
+
+TEST_F(LyingHeaders, raw12Bit)
+{
+    Bytes bytes(290);
+    bytes.u32(0, 815).u16(4, 288).u16(190, 12).u32(232, 0x7FFFFFFF).u32(236, 0x7FFFFFFF).u32(240, 0x7FFFFFFF);
+    writeFile(folder / "v", bytes.str());
+    expectNull([&] { return loadRaw12Bit((folder / "v").c_str(), true); });
+    EXPECT_THAT(text, HasSubstr(endOfFile + "290\n"));
+}
+
+TEST_F(LyingHeaders, bitmap)
+{
+    Bytes bytes(1024);
+    bytes.text(0, "BM").u32(10, 54).u32(14, 40).u16(28, 24);
+    for (const auto &[width, height] : {std::pair{0x7FFFFFFFu, 1u}, {1u, 0x7FFFFFFFu}, {100000u, 100000u}}) {
+        bytes.u32(18, width).u32(22, height);
+        expectNull([&] {
+            std::istringstream stream(bytes.str());
+            return loadBitmap(stream);
+        });
+    }
+}
+
+TEST_F(LyingHeaders, rawBlockOfAFreedBuffer)
+{
+    ImageBase<double> image;
+    image.setBufferExternal();
+    image.setDimensions(1 << 20, 1 << 10, 1, 1, 1);
+    image.clearBufferExternal();
+    const CapturedOutput output;
+    const MemoryLimit limit;
+    std::istringstream stream("abc");
+    EXPECT_EQ(image.load(stream, false), 1);
+    EXPECT_EQ(image.getData(), nullptr);
+    EXPECT_EQ(output.text(), endOfFile + "3\n");
+}
+
+} // namespace
