@@ -6,6 +6,7 @@
 #include <GL/gl.h>
 
 #include <array>
+#include <initializer_list>
 #include <utility>
 
 namespace {
@@ -21,7 +22,8 @@ void enableLighting()
     glMaterialf(GL_FRONT_AND_BACK, GL_SHININESS, shininess);
     glMaterialfv(GL_FRONT_AND_BACK, GL_AMBIENT_AND_DIFFUSE, color.data());
     glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, GL_TRUE);
-    for (const GLenum capability : {GL_LIGHTING, GL_LIGHT0, GL_NORMALIZE, GL_DEPTH_TEST})
+    for (const GLenum capability :
+         std::initializer_list<GLenum>{GL_LIGHTING, GL_LIGHT0, GL_NORMALIZE, GL_DEPTH_TEST})
         glEnable(capability);
 }
 

@@ -7,6 +7,7 @@
 #include <GL/gl.h>
 
 #include <array>
+#include <initializer_list>
 
 namespace {
 
@@ -69,7 +70,7 @@ void sendEndPoints(const std::vector<QPointF> &points, std::uint32_t color)
 
 void setSmoothing(bool smooth)
 {
-    for (const GLenum capability : {GL_LINE_SMOOTH, GL_POLYGON_SMOOTH})
+    for (const GLenum capability : std::initializer_list<GLenum>{GL_LINE_SMOOTH, GL_POLYGON_SMOOTH})
         smooth ? glEnable(capability) : glDisable(capability);
 }
 

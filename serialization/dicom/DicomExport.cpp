@@ -96,7 +96,7 @@ public:
         std::vector<char> bytes(pixels, pixels + size);
         if (size % 2 != 0)
             bytes.push_back('\0');
-        gdcm::DataElement element(gdcm::Tag(tags::pixelData));
+        gdcm::DataElement element{gdcm::Tag(tags::pixelData)};
         element.SetVR(gdcm::VR::OW);
         element.SetByteValue(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
         writer.GetFile().GetDataSet().Replace(element);

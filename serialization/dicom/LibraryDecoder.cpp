@@ -37,7 +37,7 @@ std::size_t inflateInto(const std::string &path, std::span<char> out)
     meta.SetDataSetTransferSyntax(gdcm::TransferSyntax::ExplicitVRLittleEndian);
     const std::string syntax =
         gdcm::TransferSyntax::GetTSString(gdcm::TransferSyntax::ExplicitVRLittleEndian);
-    gdcm::DataElement element(gdcm::Tag(tags::transferSyntax));
+    gdcm::DataElement element{gdcm::Tag(tags::transferSyntax)};
     element.SetVR(gdcm::VR::UI);
     element.SetByteValue(syntax.data(), static_cast<std::uint32_t>(syntax.size()));
     meta.Replace(element);
@@ -80,7 +80,7 @@ std::size_t decodeInto(const DicomHeader &header, const PixelLayout &layout,
         fragment.SetByteValue(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
         sequence->AddFragment(fragment);
     }
-    gdcm::DataElement pixels(gdcm::Tag(tags::pixelData));
+    gdcm::DataElement pixels{gdcm::Tag(tags::pixelData)};
     pixels.SetVR(gdcm::VR::OB);
     pixels.SetValue(*sequence);
     gdcm::Image image = imageOf(header, layout);

@@ -28,7 +28,7 @@ protected:
     AbstractImageObjectUnserializer() = default;
 
 private:
-    const QString nameText;
-    const QStringList mimeTypeList;
-    const QStringList extensionList;
+    QString nameText;
+    QStringList mimeTypeList;
+    QStringList extensionList;
 };
