@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstddef>
 #include <exception>
 #include <iostream>
 
@@ -38,12 +39,14 @@ struct PaddedSlice
 
     unsigned char at(int column, int row) const
     {
-        const auto pitch = static_cast<int>(std::bit_ceil(static_cast<unsigned int>(width)));
-        const auto rows = static_cast<int>(std::bit_ceil(static_cast<unsigned int>(height)));
-        const auto x = static_cast<std::size_t>(column + (pitch - width) / 2);
-        const auto y = static_cast<std::size_t>(row + (rows - height) / 2);
-        return bytes[y * static_cast<std::size_t>(pitch) + x];
+        const std::size_t x = offset(width) + static_cast<std::size_t>(column);
+        const std::size_t y = offset(height) + static_cast<std::size_t>(row);
+        return bytes[y * padded(width) + x];
     }
+
+private:
+    static std::size_t padded(int size) { return std::bit_ceil(static_cast<std::size_t>(size)); }
+    static std::size_t offset(int size) { return (padded(size) - static_cast<std::size_t>(size)) / 2; }
 };
 
 PaddedSlice windowedSlice(const MERV::Image &volume, SliceDirection direction, int slice)

@@ -30,9 +30,8 @@ public:
 
     void detachFrom(ImageObject *closing) override;
 
-public slots:
     // Takes the slice from the source anew. Does nothing without a source, and without voxels there.
-    void update();
+    Q_SLOT void update();
 
 private:
     void rebuild();

@@ -16,10 +16,9 @@ struct Vector3Order
 {
     bool operator()(const Vector3 &left, const Vector3 &right) const
     {
-        if (const auto x = std::weak_order(left.x, right.x); x != 0)
-            return x < 0;
-        if (const auto y = std::weak_order(left.y, right.y); y != 0)
-            return y < 0;
-        return std::weak_order(left.z, right.z) < 0;
+        const auto x = std::weak_order(left.x, right.x);
+        const auto y = std::weak_order(left.y, right.y);
+        const auto z = std::weak_order(left.z, right.z);
+        return std::is_lt(std::is_neq(x) ? x : std::is_neq(y) ? y : z);
     }
 };

@@ -89,13 +89,13 @@ long megabytes(const std::string &name)
 std::vector<double> openGlState()
 {
     std::vector<double> state;
-    for (const GLenum name :
+    for (const int name :
          {GL_CURRENT_COLOR, GL_BLEND, GL_BLEND_SRC, GL_BLEND_DST, GL_POLYGON_STIPPLE, GL_FOG, GL_LINE_STIPPLE,
           GL_LINE_STIPPLE_PATTERN, GL_LINE_STIPPLE_REPEAT, GL_TEXTURE_BINDING_2D, GL_UNPACK_ALIGNMENT,
           GL_UNPACK_ROW_LENGTH, GL_RED_SCALE, GL_RED_BIAS, GL_DEPTH_TEST, GL_MATRIX_MODE,
           GL_ATTRIB_STACK_DEPTH, GL_CLIENT_ATTRIB_STACK_DEPTH, GL_LINE_WIDTH}) {
         std::array<GLdouble, 16> values{};
-        glGetDoublev(name, values.data());
+        glGetDoublev(static_cast<GLenum>(name), values.data());
         state.insert(state.end(), values.begin(), values.end());
     }
     std::array<GLubyte, 128> stipple{};
