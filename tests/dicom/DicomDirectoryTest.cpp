@@ -31,6 +31,28 @@ std::vector<std::string> namesOf(const DicomSeries &series)
     return names;
 }
 
+// The superuser may read everything: steps down to a user of no rights for as long as it lives.
+class OrdinaryUser
+{
+public:
+    OrdinaryUser() { step(nobody); }
+    ~OrdinaryUser() { step(0); }
+    OrdinaryUser(const OrdinaryUser &) = delete;
+    OrdinaryUser &operator=(const OrdinaryUser &) = delete;
+
+private:
+    static constexpr uid_t nobody = 65534;
+
+    void step(uid_t user)
+    {
+        if (superuser) {
+            EXPECT_EQ(seteuid(user), 0);
+        }
+    }
+
+    const bool superuser = getuid() == 0;
+};
+
 void makeSocket(const fs::path &path)
 {
     const int socketNumber = socket(AF_UNIX, SOCK_STREAM, 0);
@@ -119,16 +141,30 @@ TEST(DicomDirectory, folderThatVanishesAfterListingGivesNoImage)
 
 TEST(DicomDirectory, filesWithoutRightsAreLeftOut)
 {
-    if (geteuid() == 0)
-        GTEST_SKIP() << "the superuser may read everything";
     const TemporaryFolder folder;
+    fs::permissions(folder.path(), fs::perms::owner_all | fs::perms::others_read | fs::perms::others_exec);
     sliceOf("1.2.3").write(folder / "image");
     sliceOf("1.2.4").write(folder / "locked");
+    fs::permissions(folder / "image", fs::perms::owner_read | fs::perms::others_read);
     fs::permissions(folder / "locked", fs::perms::none);
+    const OrdinaryUser user;
     EXPECT_EQ(countDicomSeries(folder.string(), false), 1);
-    fs::permissions(folder.path(), fs::perms::none);
-    EXPECT_EQ(countDicomSeries(folder.string(), false), 0);
-    fs::permissions(folder.path(), fs::perms::owner_all);
+    EXPECT_EQ(loadDicomFile(folder / "locked"), nullptr);
+}
+
+TEST(DicomDirectory, folderWithoutRightsHasNoSeries)
+{
+    const TemporaryFolder folder;
+    fs::permissions(folder.path(), fs::perms::owner_all | fs::perms::others_read | fs::perms::others_exec);
+    fs::create_directory(folder / "in");
+    sliceOf("1.2.3").write(folder / "in/image");
+    fs::permissions(folder / "in", fs::perms::none);
+    {
+        const OrdinaryUser user;
+        EXPECT_EQ(countDicomSeries(folder / "in", false), 0);
+        EXPECT_EQ(countDicomSeries(folder.string(), true), 0);
+    }
+    fs::permissions(folder / "in", fs::perms::owner_all);
 }
 
 TEST(DicomDirectory, pipesSocketsAndLoopsOfLinksNeitherCountNorBlock)

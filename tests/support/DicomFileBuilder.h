@@ -52,6 +52,9 @@ public:
         std::string file;
         file.resize(128);
         file += "DICM";
+        DicomFileBuilder length;
+        length.numbers(0x00020000, "UL", {meta.dataSet().size()}, 4);
+        file += length.dataSet();
         file += meta.dataSet();
         file += dataSet();
         return file;
