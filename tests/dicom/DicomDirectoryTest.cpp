@@ -142,10 +142,10 @@ TEST(DicomDirectory, folderThatVanishesAfterListingGivesNoImage)
 TEST(DicomDirectory, filesWithoutRightsAreLeftOut)
 {
     const TemporaryFolder folder;
-    fs::permissions(folder.path(), fs::perms::owner_all | fs::perms::others_read | fs::perms::others_exec);
+    fs::permissions(folder.path(), static_cast<fs::perms>(0755));
     sliceOf("1.2.3").write(folder / "image");
     sliceOf("1.2.4").write(folder / "locked");
-    fs::permissions(folder / "image", fs::perms::owner_read | fs::perms::others_read);
+    fs::permissions(folder / "image", static_cast<fs::perms>(0644));
     fs::permissions(folder / "locked", fs::perms::none);
     const OrdinaryUser user;
     EXPECT_EQ(countDicomSeries(folder.string(), false), 1);
@@ -155,7 +155,7 @@ TEST(DicomDirectory, filesWithoutRightsAreLeftOut)
 TEST(DicomDirectory, folderWithoutRightsHasNoSeries)
 {
     const TemporaryFolder folder;
-    fs::permissions(folder.path(), fs::perms::owner_all | fs::perms::others_read | fs::perms::others_exec);
+    fs::permissions(folder.path(), static_cast<fs::perms>(0755));
     fs::create_directory(folder / "in");
     sliceOf("1.2.3").write(folder / "in/image");
     fs::permissions(folder / "in", fs::perms::none);
