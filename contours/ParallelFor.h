@@ -4,6 +4,7 @@
 #include <atomic>
 #include <exception>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -30,8 +31,12 @@ void parallelFor(int count, const Work &work)
     const int cores = static_cast<int>(std::thread::hardware_concurrency());
     {
         std::vector<std::jthread> helpers;
-        for (int i = 1; i < std::min(cores, count); ++i)
-            helpers.emplace_back(run);
+        try {
+            for (int i = 1; i < std::min(cores, count); ++i)
+                helpers.emplace_back(run);
+        } catch (const std::system_error &) {
+            // The system gives no more threads: those there are do the work.
+        }
         run();
     }
     if (failure)

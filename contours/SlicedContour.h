@@ -37,8 +37,8 @@ public:
 
     // Fills the closed loops whose segments lie in z0 <= z < z1 (at z0 if both are equal); x and y limits are
     // not used.
-    void renderBox(GraphicsObjectRenderAdvisor *advisor, float x0, float x1, float y0, float y1, float z0,
-                   float z1);
+    virtual void renderBox(GraphicsObjectRenderAdvisor *advisor, float x0, float x1, float y0, float y1,
+                           float z0, float z1);
 
 private:
     friend class SlicedContoursObject;

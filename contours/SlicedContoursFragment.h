@@ -42,8 +42,8 @@ public:
     // The segments whose z lies in z0 <= z < z1, or at z0 if both are equal, in stored order.
     std::vector<SegmentSnapshot> snapshots(float z0, float z1) const;
 
-    void renderBox(GraphicsObjectRenderAdvisor *advisor, float x0, float x1, float y0, float y1, float z0,
-                   float z1);
+    virtual void renderBox(GraphicsObjectRenderAdvisor *advisor, float x0, float x1, float y0, float y1,
+                           float z0, float z1);
     // Draws the lit surface between successive slices.
     virtual void renderSkin(GraphicsObjectRenderAdvisor *advisor);
 

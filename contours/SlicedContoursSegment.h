@@ -71,8 +71,8 @@ public:
     bool replaceWith(SlicedContoursSegment *patch, float *lostLength);
 
     // Draws the line if its z lies in z0 <= z < z1 (or at z0 if both are equal); x and y limits are not used.
-    void renderBox(GraphicsObjectRenderAdvisor *advisor, float x0, float x1, float y0, float y1, float z0,
-                   float z1);
+    virtual void renderBox(GraphicsObjectRenderAdvisor *advisor, float x0, float x1, float y0, float y1,
+                           float z0, float z1);
 
 signals:
     void updated(QObject *segment);
