@@ -123,6 +123,8 @@ private:
     ImageObject *loadFromStream(const QString &path, QStringList &failed, QString *error);
     ImageObject *loadFromFileSystem(const QString &path, QStringList &failed);
 
+    QList<AbstractImageObjectSerializer *> serializersFor(ImageObject *image) const;
+
     enum class Written
     {
         Stream,

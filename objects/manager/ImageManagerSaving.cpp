@@ -12,10 +12,12 @@
 #include <QFileInfo>
 #include <QPushButton>
 
+#include <algorithm>
 #include <exception>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <iterator>
 
 namespace {
 
@@ -57,6 +59,20 @@ bool askForPath(const QStringList &filters, QString &path, qsizetype &filter)
     return !path.isEmpty();
 }
 
+// Copies contours that their metrics are about to overwrite, and says so. False when that is not possible.
+bool keepContours(const QString &path)
+{
+    const QString copy = MetricsText::keepCopy(path);
+    if (copy.isEmpty()) {
+        std::cerr << "The metrics are not written, for they would overwrite the contours in "
+                  << qPrintable(path) << std::endl;
+    } else {
+        std::cerr << "The metrics overwrite the contours in " << qPrintable(path) << ", which are kept in "
+                  << qPrintable(copy) << std::endl;
+    }
+    return !copy.isEmpty();
+}
+
 void setCurrentDirectoryOf(const QString &path)
 {
     QDir::setCurrent(QFileInfo(path).absolutePath());
@@ -69,16 +85,18 @@ bool ImageManager::saveImage(const QModelIndex &index)
     return saveImage(image(index));
 }
 
-bool ImageManager::saveImage(ImageObject *image)
+QList<AbstractImageObjectSerializer *> ImageManager::serializersFor(ImageObject *image) const
 {
     QList<AbstractImageObjectSerializer *> applicable;
-    QStringList filters;
-    for (AbstractImageObjectSerializer *serializer : std::as_const(serializers)) {
-        if (serializer->canSerialize(image)) {
-            applicable.append(serializer);
-            filters.append(FileFilters::saveFilter(*serializer));
-        }
-    }
+    std::copy_if(
+        serializers.begin(), serializers.end(), std::back_inserter(applicable),
+        [image](AbstractImageObjectSerializer *serializer) { return serializer->canSerialize(image); });
+    return applicable;
+}
+
+bool ImageManager::saveImage(ImageObject *image)
+{
+    const QList<AbstractImageObjectSerializer *> applicable = serializersFor(image);
     if (applicable.isEmpty()) {
         MessageBoxes::show(
             QMessageBox::Critical,
@@ -86,6 +104,9 @@ bool ImageManager::saveImage(ImageObject *image)
                "of image."));
         return false;
     }
+    QStringList filters;
+    for (AbstractImageObjectSerializer *serializer : applicable)
+        filters.append(FileFilters::saveFilter(*serializer));
     QString path = QDir::currentPath() + "/" + applicable.first()->defaultName(image) + "." +
                    applicable.first()->extension();
     qsizetype filter = 0;
@@ -137,19 +158,16 @@ ImageManager::Written ImageManager::write(AbstractImageObjectSerializer *seriali
 // not reported.
 QString ImageManager::writeMetrics(ImageObject *image, const QString &contoursPath) const
 {
-    if (!metricsModelFactory)
+    const QAbstractItemModel *model = metricsModelFactory ? metricsModelFactory(image) : nullptr;
+    if (model == nullptr)
         return contoursPath;
-    const QAbstractItemModel *model = metricsModelFactory(image);
     const QString metricsPath = MetricsText::path(contoursPath);
-    if (metricsPath == contoursPath) {
-        // On purpose the table takes the place of the contours when the name holds neither word; a copy keeps
-        // them.
-        const QString copy = MetricsText::keepCopy(contoursPath);
-        std::cerr << "The metrics overwrite the contours in " << qPrintable(contoursPath)
-                  << ", which are kept in " << qPrintable(copy) << std::endl;
-    }
+    // On purpose the table takes the place of the contours when their name holds neither word; but nothing is
+    // lost by that.
+    if (QFileInfo(metricsPath) == QFileInfo(contoursPath) && !keepContours(contoursPath))
+        return contoursPath;
     std::ofstream stream(QFileInfo(metricsPath).filesystemFilePath());
-    const QByteArray text = model != nullptr ? MetricsText::text(*model) : QByteArray();
+    const QByteArray text = MetricsText::text(*model);
     stream.write(text.constData(), text.size());
     return metricsPath;
 }

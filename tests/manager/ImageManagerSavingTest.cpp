@@ -404,6 +404,45 @@ private slots:
         }
     }
 
+    void contoursOfWhichNoCopyCanBeKept_areNotOverwritten()
+    {
+        FakeStreamWriter writer("Sliced Contours", "x/1", "slic");
+        manager->addSerializer(&writer);
+        QStandardItemModel model(1, 1);
+        manager->setMetricsModelFactory([&](ImageObject *) { return &model; });
+        const QString data = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+        QDir(data).removeRecursively();
+        QVERIFY(QDir().mkpath(QFileInfo(data).path()));
+        QFile obstacle(data); // a file where the folder would be
+        QVERIFY(obstacle.open(QIODevice::WriteOnly));
+        const QString path = inFolder("by hand.dat");
+        const CapturedOutput output;
+        DialogDriver driver;
+        driver.expectFileDialog("Save Image as", path);
+        QVERIFY(manager->saveImage(image));
+        QVERIFY2(driver.verify(), driver.report());
+        QVERIFY(obstacle.remove());
+        QCOMPARE(contentOf(path), QByteArray("knee"));
+        QVERIFY(output.standardError().contains(path));
+    }
+
+    void metricsThatAreTheContoursByAnotherName_keepACopyToo()
+    {
+        FakeStreamWriter writer("Sliced Contours", "x/1", "slic");
+        manager->addSerializer(&writer);
+        QStandardItemModel model(1, 1);
+        manager->setMetricsModelFactory([&](ImageObject *) { return &model; });
+        QVERIFY(QDir(folder->path()).mkpath("Metrics"));
+        QVERIFY(QFile::link("Metrics", inFolder("Segmentation")));
+        const qsizetype before = recoveryFiles().size();
+        const CapturedOutput output;
+        DialogDriver driver;
+        driver.expectFileDialog("Save Image as", inFolder("Segmentation/a.dat"));
+        QVERIFY(manager->saveImage(image));
+        QVERIFY2(driver.verify(), driver.report());
+        QCOMPARE(recoveryFiles().size(), before + 1);
+    }
+
     void otherFormats_writeNoMetrics()
     {
         FakeStreamWriter writer("Text SLIC", "x/1", "txt"); // "slic" is told from "SLIC"
