@@ -8,9 +8,11 @@
 
 #include <QTest>
 
+#include <atomic>
 #include <cmath>
 #include <limits>
 #include <map>
+#include <thread>
 #include <tuple>
 
 namespace {
@@ -258,6 +260,48 @@ private slots:
         drawAt(object, advisor, lowest, highest);
         object.render(&advisor);
         QCOMPARE(sheet.litPixels(), 0);
+    }
+
+    // A rasterizing worker draws slab after slab while the main thread makes, joins and deletes lines.
+    void workerDrawsWhileLinesComeAndGo()
+    {
+        SlicedContoursObject object;
+        SlicedContoursFragment *fragment = object.newFragment("a");
+        object.newContour("c")->addFragmentReference(fragment);
+        QOffscreenSurface surface;
+        surface.create();
+        std::atomic<bool> stop{false};
+        std::atomic<int> slabs{0};
+        std::atomic<int> errors{0};
+        std::thread worker([&] {
+            QOpenGLContext context;
+            if (!context.create() || !context.makeCurrent(&surface)) {
+                ++errors;
+                return;
+            }
+            TestAdvisor advisor;
+            advisor.forAll[{RenderKey::Smooth, 0}] = 0;
+            while (!stop) {
+                drawAt(object, advisor, static_cast<float>(slabs % 4), static_cast<float>(slabs % 4 + 1));
+                ++slabs;
+            }
+            errors += glGetError() != GL_NO_ERROR;
+            context.doneCurrent();
+        });
+        for (int i = 0; i < 10000; ++i) {
+            addSquare(fragment, static_cast<float>(i % 4), 1.0, 2.0 + i % 7);
+            if (fragment->segmentCount() > 12) {
+                fragment->segment(0)->replaceWith(fragment->segment(1), nullptr);
+                while (fragment->segmentCount() > 8)
+                    delete fragment->segment(0);
+            }
+        }
+        while (slabs < 8 && errors == 0)
+            std::this_thread::yield();
+        stop = true;
+        worker.join();
+        QCOMPARE(errors.load(), 0);
+        QVERIFY(slabs >= 8);
     }
 
     void linesAndFillsLookAsAccepted()
