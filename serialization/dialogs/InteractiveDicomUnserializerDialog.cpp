@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QSet>
 #include <QTabWidget>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -69,6 +70,7 @@ InteractiveDicomUnserializerDialog::InteractiveDicomUnserializerDialog(QWidget *
     , filterTree(new QTreeWidget)
 {
     setWindowTitle(tr("Load Dicom series"));
+    resize(800, 600);
     tabs->addTab(makeFilesPage(), tr("Files"));
     tabs->addTab(makeFiltersPage(), tr("Filters and Axes"));
     tabs->addTab(plainLabel(tr("not yet implemented")), tr("not yet implemented"));
@@ -139,8 +141,10 @@ void InteractiveDicomUnserializerDialog::askForFiles()
 void InteractiveDicomUnserializerDialog::addDirectory(const QString &path)
 {
     const QDir directory(path);
+    QStringList added;
     for (const QString &name : directory.entryList({"*.dcm"}, QDir::Files, QDir::Name))
-        addFile(directory.absoluteFilePath(name));
+        added.append(directory.absoluteFilePath(name));
+    addFiles(added);
 }
 
 void InteractiveDicomUnserializerDialog::addPaths(const QStringList &paths)
@@ -149,21 +153,26 @@ void InteractiveDicomUnserializerDialog::addPaths(const QStringList &paths)
         if (QFileInfo(path).isDir())
             addDirectory(path);
         else
-            addFile(path);
+            addFiles({path});
     }
 }
 
-void InteractiveDicomUnserializerDialog::addFile(const QString &path)
+// A file that is listed already is not listed twice.
+void InteractiveDicomUnserializerDialog::addFiles(const QStringList &added)
 {
     QStringList paths = filePaths->stringList();
-    if (paths.contains(path))
-        return;
-    paths.append(path);
+    QSet<QString> known(paths.begin(), paths.end());
+    for (const QString &path : added) {
+        if (known.contains(path))
+            continue;
+        known.insert(path);
+        paths.append(path);
+        auto *item = new QTreeWidgetItem;
+        item->setText(FileName, path);
+        item->setCheckState(SeriesName, Qt::Checked);
+        groupItem(groups.value(path, {tr("[patient]"), tr("[series]")}))->addChild(item);
+    }
     filePaths->setStringList(paths);
-    auto *item = new QTreeWidgetItem;
-    item->setText(FileName, path);
-    item->setCheckState(SeriesName, Qt::Checked);
-    groupItem(groups.value(path, {tr("[patient]"), tr("[series]")}))->addChild(item);
 }
 
 QTreeWidgetItem *InteractiveDicomUnserializerDialog::groupItem(const Group &group)
@@ -319,4 +328,6 @@ void InteractiveDicomUnserializerDialog::fillFilterTree()
         item->setText(TagNumber, QString("%1, %2").arg(hex(key >> 16U), hex(key & 0xFFFFU)));
         item->setText(Property, column.name);
     }
+    for (int column = 0; column < filterTree->columnCount(); ++column)
+        filterTree->resizeColumnToContents(column);
 }

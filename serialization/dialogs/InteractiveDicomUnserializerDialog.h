@@ -58,7 +58,7 @@ private:
     void uncheckSelection();
     void setCheckState(Qt::CheckState state);
     void addPaths(const QStringList &paths);
-    void addFile(const QString &path);
+    void addFiles(const QStringList &added);
     QTreeWidgetItem *groupItem(const Group &group);
     void gatherMetadata();
     void gatherFile(const QString &path);

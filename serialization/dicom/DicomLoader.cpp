@@ -191,7 +191,7 @@ void finish(MERV::Image &image, const DicomHeader &first, const std::array<float
     const Vector place = origin(first);
     const float position[3] = {static_cast<float>(place[0]), static_cast<float>(place[1]),
                                static_cast<float>(place[2])};
-    std::cout << "Origin " << position[0] << " x " << position[1] << " x " << position[2] << std::endl;
+    std::cout << "Origin " << position[0] << ", " << position[1] << ", " << position[2] << std::endl;
     image.setPosition(position);
     image.setSpacing(spacingMm[0], spacingMm[1], spacingMm[2], 1.0F);
     image.computeMinMax();
@@ -297,7 +297,8 @@ std::unique_ptr<MERV::Image> loadDicomFile(const std::string &path)
     if (!header || !header->isImage())
         return nullptr;
     const std::uint64_t frames = static_cast<std::uint64_t>(std::max(1L, frameCount(*header)));
-    std::unique_ptr<MERV::Image> image = assemble({&*header}, {frames, 1}, std::abs(zSpacing(*header)), true);
+    // With its sign, unlike the distance of a series.
+    std::unique_ptr<MERV::Image> image = assemble({&*header}, {frames, 1}, zSpacing(*header), true);
     if (image)
         image->setMetaData("filename", path);
     return image;

@@ -116,7 +116,7 @@ TEST_F(DicomLoader, coursePrintedOnStandardOutput)
     const std::string expected = "Dir Name :[" + folder.string() +
                                  "]\n -----Finish parsing :[\n -----Finish sorting\n"
                                  "Dimensions 2 x 2 x 3 x 1\nSpacing 0.25 x 0.5 x 2 x 1\n"
-                                 "PixelType 16U\nData Type 5123\nOrigin 10 x 20 x 5\n"
+                                 "PixelType 16U\nData Type 5123\nOrigin 10, 20, 5\n"
                                  "Loaded Image, resolution 2 x 2 x 3, min 100, max = 303\n";
     EXPECT_EQ(printed, expected);
 }
@@ -302,7 +302,7 @@ TEST_F(DicomLoader, framesOfASingleFileAreItsDepth)
     const auto image = loadOne(file);
     EXPECT_EQ(GetCapturedStdout(), "File Name :[" + (folder / "one.dcm").string() +
                                        "]\nDimensions 1 x 2 x 3 x 1\nSpacing 0.25 x 0.5 x 4 x 1\n"
-                                       "PixelType 16U\nData Type 5123\nOrigin 10 x 20 x 6\n"
+                                       "PixelType 16U\nData Type 5123\nOrigin 10, 20, 6\n"
                                        "Loaded Image, resolution 1 x 2 x 3, min 10, max = 31\n");
     EXPECT_EQ(image->getDepth(), 3);
     EXPECT_EQ(image->getFrames(), 1);
@@ -310,6 +310,14 @@ TEST_F(DicomLoader, framesOfASingleFileAreItsDepth)
     EXPECT_EQ(image->getMetaData("filename"), (folder / "one.dcm").string());
     EXPECT_EQ(image->getMetaData("Patient's Name"), "Doe^Jane");
     EXPECT_EQ(image->getSliceMetaData(0, "Echo Time"), "9.2");
+}
+
+TEST_F(DicomLoader, singleFileKeepsTheSignOfItsDistance)
+{
+    DicomFileBuilder file = dicomSlice(2, 2, {1, 2, 3, 4}, 0);
+    file.text(0x00180088, "DS", "-2.5");
+    EXPECT_EQ(loadOne(file)->getSpacing(2), -2.5F);
+    EXPECT_EQ(load()->getSpacing(2), 2.5F);
 }
 
 TEST_F(DicomLoader, singleSliceOfOddHeightStaysUnflipped)
