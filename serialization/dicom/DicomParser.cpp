@@ -24,6 +24,8 @@ constexpr Tag sequenceEnd = makeTag(0xFFFE, 0xE0DD);
 constexpr int deepestNesting = 32;
 // Values without a known representation are kept as text up to this length.
 constexpr std::uint64_t longestUnknownText = 1 << 16;
+// Empty elements take more memory than they have bytes in the file; no real file has nearly as many.
+constexpr std::size_t mostElements = 16384;
 constexpr std::size_t preambleBytes = 128;
 
 constexpr std::string_view implicitLittleEndian = "1.2.840.10008.1.2";
@@ -129,7 +131,8 @@ void Parser::readMetaInformation()
     constexpr unsigned metaGroup = 0x0002;
     ElementHead head;
     std::uint64_t start = reader.position();
-    while (readHead(head, Encoding()) && head.tag >> 16U == metaGroup && readElement(head, Encoding()))
+    while (header.elements.size() < mostElements && readHead(head, Encoding()) &&
+           head.tag >> 16U == metaGroup && readElement(head, Encoding()))
         start = reader.position();
     reader.seek(start);
     header.transferSyntax = header.text(tags::transferSyntax);
@@ -166,7 +169,7 @@ void Parser::readDataSet()
     const Encoding encoding = dataSetEncoding();
     header.bigEndian = encoding.bigEndian;
     ElementHead head;
-    while (reader.remaining() > 0 && readHead(head, encoding)) {
+    while (reader.remaining() > 0 && header.elements.size() < mostElements && readHead(head, encoding)) {
         if (!readElement(head, encoding))
             return;
     }

@@ -170,6 +170,20 @@ TEST(DicomParser, valueLongerThanTheFileTakesNoMemory)
     EXPECT_EQ(header->find(0x00104000), nullptr);
 }
 
+TEST(DicomParser, floodOfEmptyElementsTakesLittleMemoryAndTime)
+{
+    for (const std::string &element :
+         {std::string("\x28\0\x03\1US\0\0", 8), std::string("\2\0\x10\0UI\0\0", 8)}) {
+        std::string bytes(128, '\0');
+        bytes += "DICM";
+        for (int i = 0; i < 1000000; ++i)
+            bytes += element;
+        const auto header = parse(bytes);
+        ASSERT_TRUE(header);
+        EXPECT_LT(header->elements.size(), 100000U);
+    }
+}
+
 TEST(DicomParser, valuesAreTextOfTheirRepresentation)
 {
     DicomFileBuilder file;
