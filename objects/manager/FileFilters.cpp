@@ -9,16 +9,11 @@
 
 namespace {
 
-const QString separator("; ");
+constexpr const char *separator = "; ";
 
 QString pattern(const QString &extension)
 {
     return extension.isEmpty() ? "*" : "*." + extension;
-}
-
-QString translated(const char *text)
-{
-    return QCoreApplication::translate("ImageManager", text);
 }
 
 } // namespace
@@ -42,8 +37,9 @@ QStringList FileFilters::loadFilters(const QList<AbstractImageObjectUnserializer
         filters.append(QString("%1 (%2)").arg(unserializer->name(), patterns.join(separator)));
     }
     std::sort(allPatterns.begin(), allPatterns.end());
-    filters.append(translated("all files (*)"));
-    filters.prepend(translated("all supported files (%1)").arg(allPatterns.join(separator)));
+    filters.append(QCoreApplication::translate("ImageManager", "all files (*)"));
+    filters.prepend(QCoreApplication::translate("ImageManager", "all supported files (%1)")
+                        .arg(allPatterns.join(separator)));
     return filters;
 }
 

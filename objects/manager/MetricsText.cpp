@@ -13,6 +13,9 @@ namespace {
 // cut to "122". Readers of these tables rely on it.
 constexpr int unitLength = 4;
 
+// So that the name of a copy, with its time in front, is not too long for the file system.
+constexpr int longestNamePart = 64;
+
 } // namespace
 
 QString MetricsText::path(const QString &contoursPath)
@@ -43,7 +46,7 @@ QString MetricsText::keepCopy(const QString &path)
     if (!folder.mkpath("."))
         return QString();
     const QString stem = QDateTime::currentDateTime().toString("yyyyMMdd-HHmmss-zzz");
-    const QString name = QFileInfo(path).fileName();
+    const QString name = QFileInfo(path).fileName().right(longestNamePart);
     for (int attempt = 0; attempt < 1000; ++attempt) {
         const QString copy = folder.filePath(QString("%1-%2-%3").arg(stem, QString::number(attempt), name));
         if (QFile::exists(copy))
