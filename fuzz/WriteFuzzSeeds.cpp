@@ -3,6 +3,7 @@
 #include "Common/MetaImage.h"
 #include "Common/Prs.h"
 #include "Common/Vis.h"
+#include "tests/formats/SlicBytes.h"
 
 #include <cstdint>
 #include <cstring>
@@ -103,10 +104,21 @@ void writeAnalyzes(const std::filesystem::path &parent)
 
 void writeVis(const std::filesystem::path &parent)
 {
-    SeedFolder seeds(parent, "FuzzVis");
     std::ostringstream stream;
     MERV::saveVis(stream, sampleImage(MERV::TypeShort, 1, 1).get(), "label", "comment", 0);
-    seeds.add(stream.str());
+    for (const char *target : {"FuzzVis", "FuzzVisHead"})
+        SeedFolder(parent, target).add(stream.str());
+}
+
+void writeSlic(const std::filesystem::path &parent)
+{
+    using namespace SlicBytes;
+    SeedFolder seeds(parent, "FuzzSlic");
+    const std::string points = point(1, 2, 3) + point(4, 6, 3) + point(0, 9, 3);
+    const std::string fragment = chunk("FRAG", 5, name("bone") + chunk("SEGM", 6, name("x") + points));
+    const std::string contour = chunk("CONT", 7, name("patella") + reference(5) + reference(8));
+    seeds.add(chunk("SLIC", 1, name("knee") + fragment + contour));
+    seeds.add(chunk("SLIC", 1, contour + chunk("WHAT", 0, "bytes") + fragment));
 }
 
 void writePrs(const std::filesystem::path &parent)
@@ -183,6 +195,7 @@ int main(int count, char **arguments)
     writeMetaImages(folder);
     writeAnalyzes(folder);
     writeVis(folder);
+    writeSlic(folder);
     writePrs(folder);
     writeRaw12Bit(folder);
     writeBitmaps(folder);
