@@ -4,9 +4,11 @@
 #include "view/EnhancedQComboBox.h"
 
 #include <QAbstractItemModel>
+#include <QApplication>
 #include <QLineEdit>
 #include <QPainter>
 #include <QSignalBlocker>
+#include <QStyle>
 
 namespace {
 
@@ -57,8 +59,10 @@ QWidget *EnhancedQItemDelegate::createEditor(QWidget *parent, const QStyleOption
         if (auto *line = qobject_cast<QLineEdit *>(editor))
             line->setFrame(false); // keeps a tree with persistent editors calm
     }
-    if (editor != nullptr)
+    if (editor != nullptr) {
+        editor->setAutoFillBackground(true); // hides the mark that is painted below it
         editor->installEventFilter(self);
+    }
     return editor;
 }
 
@@ -99,5 +103,10 @@ void EnhancedQItemDelegate::paint(QPainter *painter, const QStyleOptionViewItem 
     }
     if (option.state.testFlag(QStyle::State_Selected))
         painter->fillRect(option.rect, option.palette.highlight());
-    drawCheck(painter, option, option.rect, value.toBool() ? Qt::Checked : Qt::Unchecked);
+    const QStyle *style = option.widget != nullptr ? option.widget->style() : QApplication::style();
+    const QSize size(style->pixelMetric(QStyle::PM_IndicatorWidth, &option, option.widget),
+                     style->pixelMetric(QStyle::PM_IndicatorHeight, &option, option.widget));
+    const QRect box =
+        QStyle::alignedRect(option.direction, Qt::AlignLeft | Qt::AlignVCenter, size, option.rect);
+    drawCheck(painter, option, box, value.toBool() ? Qt::Checked : Qt::Unchecked);
 }
