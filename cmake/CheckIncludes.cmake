@@ -1,3 +1,4 @@
+cmake_policy(VERSION 3.25)
 # cmake -DSOURCE_DIR=... -DTARGETS=<targets.txt> -P CheckIncludes.cmake
 # Fails when a source includes a header of a target that its own target does not depend on (directly or
 # through a chain), or when a source does not include its own header first.

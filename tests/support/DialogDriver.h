@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
+#include <QCompleter>
 #include <QDialog>
 #include <QElapsedTimer>
 #include <QFileDialog>
@@ -90,12 +92,14 @@ public:
                 return;
             }
             auto *edit = dialog->findChild<QLineEdit *>("fileNameEdit");
-            edit->setCompleter(nullptr); // its list opens when it likes and would take the Return
             // The dialog looks at the folder in a thread of its own, and judges a name only when it is typed.
             const QPointer<QFileDialog> open = dialog;
             for (int attempt = 0; attempt < 20 && isFront(open); ++attempt) {
                 type(edit, path);
-                QTest::keyClick(edit, Qt::Key_Return);
+                QTest::qWait(10);
+                edit->completer()->popup()->hide(); // the list of completions would take the Return
+                if (edit->text() == path)           // and not what the list of files has made of it meanwhile
+                    QTest::keyClick(edit, Qt::Key_Return);
                 if (isFront(open))
                     QTest::qWait(50);
             }
