@@ -1,0 +1,88 @@
+#include "demo/pilot/Result.h"
+
+#include "contours/SlicedContoursFragment.h"
+#include "contours/SlicedContoursObject.h"
+#include "contours/SlicedContoursSegment.h"
+#include "serialization/formats/SlicUnserializer.h"
+
+#include <QFile>
+
+#include <cmath>
+#include <fstream>
+#include <iomanip>
+#include <memory>
+
+namespace {
+
+constexpr double sliceTolerance = 0.04, sumTolerance = 0.02; // parts of the true area
+
+// All points of the fragment's segments at this z, one segment after the other, walked from near `start` on.
+Polyline lineAt(const SlicedContoursFragment &fragment, double zMm, const QPointF &start)
+{
+    Polyline line;
+    for (int i = 0; i < fragment.segmentCount(); ++i) {
+        const SlicedContoursSegment &segment = *fragment.segment(i);
+        if (std::abs(double(segment.z()) - zMm) > 0.01 || segment.pointCount() < 2)
+            continue;
+        Polyline piece;
+        for (int point = 0; point < segment.pointCount(); ++point)
+            piece.push_back(segment.point(point));
+        const QPointF from = line.empty() ? start : line.back();
+        const auto distance = [&](const QPointF &to) {
+            return std::hypot(to.x() - from.x(), to.y() - from.y());
+        };
+        if (distance(piece.back()) < distance(piece.front()))
+            line.insert(line.end(), piece.rbegin(), piece.rend());
+        else
+            line.insert(line.end(), piece.begin(), piece.end());
+    }
+    return line;
+}
+
+std::unique_ptr<ImageObject> readContours(const QString &path)
+{
+    std::ifstream stream(QFile::encodeName(path).toStdString(), std::ios::binary);
+    SlicUnserializer reader;
+    return std::unique_ptr<ImageObject>(stream ? reader.unserialize(stream) : nullptr);
+}
+
+double part(double difference, double whole)
+{
+    return whole > 0.0 ? difference / whole : 1.0;
+}
+
+} // namespace
+
+bool judgeContours(std::ostream &table, const DemoScript &script, const std::vector<TrueSlice> &slices)
+{
+    const auto object = readContours(script.contoursFile());
+    const auto *contours = dynamic_cast<SlicedContoursObject *>(object.get());
+    if (contours == nullptr || contours->fragmentCount() != 2)
+        return false;
+    table << std::fixed << std::setprecision(2)
+          << "z [mm]\ttrue [mm^2]\thand [mm^2]\thand [%]\tsaved [mm^2]\tsaved [%]\n";
+    double trueSum = 0.0, savedSum = 0.0;
+    bool good = true;
+    for (std::size_t i = 0; i < slices.size(); ++i) {
+        const TrueSlice &slice = slices[i];
+        const Polyline bone = lineAt(*contours->fragment(0), slice.zMm, slice.bone.front());
+        const Polyline surface = lineAt(*contours->fragment(1), slice.zMm, slice.surface.front());
+        const double saved = bone.empty() || surface.empty() ? 0.0 : enclosedArea(bone, surface);
+        const double miss = part(saved - slice.areaMm2, slice.areaMm2);
+        const double hand = script.handArea(i);
+        table << slice.zMm << '\t' << slice.areaMm2 << '\t';
+        if (hand > 0.0)
+            table << hand << '\t' << 100.0 * part(hand - slice.areaMm2, slice.areaMm2) << '\t';
+        else
+            table << "guessed\t\t";
+        table << saved << '\t' << 100.0 * miss << '\n';
+        good = good && std::abs(miss) <= sliceTolerance;
+        // A hand that is near the truth by itself would prove nothing.
+        good = good && (hand == 0.0 || hand > slice.areaMm2 * (1.0 + sliceTolerance));
+        trueSum += slice.areaMm2;
+        savedSum += saved;
+    }
+    const double miss = part(savedSum - trueSum, trueSum);
+    table << "sum\t" << trueSum << "\t\t\t" << savedSum << '\t' << 100.0 * miss << '\n';
+    return good && std::abs(miss) <= sumTolerance;
+}

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QPoint>
+#include <QRect>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+class QWidget;
+
+// Where things stand on the screen, asked from the pilot's thread: each question runs in the GUI thread and
+// only looks. Positions are pixels of the screen.
+namespace ScreenLocator {
+
+// Runs a question in the GUI thread and waits for the answer.
+template <class Question>
+auto ask(Question question)
+{
+    decltype(question()) answer{};
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(), [&] { answer = question(); }, Qt::BlockingQueuedConnection);
+    return answer;
+}
+
+// Waits until the question has an answer; throws std::runtime_error with `what` after the time.
+template <class Question>
+auto waitFor(const QString &what, Question question, int milliseconds = 20000);
+
+void waitUntil(const QString &what, const std::function<bool()> &question, int milliseconds = 20000);
+
+// Centre of the title in the menu bar of the active main window, and of an entry of the open menu.
+std::optional<QPoint> menuTitle(const QString &text);
+std::optional<QPoint> menuEntry(const QString &text);
+// Centre of a button with this text in a window or dialog of this title.
+std::optional<QPoint> button(const QString &windowTitle, const QString &text);
+// True when a dialog with this title is open and takes input.
+bool dialogIsOpen(const QString &title);
+// Centre of a row of the image list.
+std::optional<QPoint> imageRow(int row);
+int imageCount();
+// The frame of the visible window with this title, as the window manager has drawn it.
+std::optional<QRect> windowFrame(const QString &title);
+// Area of the slice view in the newest viewer.
+std::optional<QRect> sliceView();
+// Centre of the check box in the composition's tree; child -1 means the row itself.
+std::optional<QPoint> treeCheckBox(int row, int child, int column);
+bool treeBoxIsChecked(int row, int child, int column);
+// The text of the viewer's position label.
+QString coordinates();
+
+void pause(int milliseconds);
+[[noreturn]] void fail(const QString &what);
+
+} // namespace ScreenLocator
+
+template <class Question>
+auto ScreenLocator::waitFor(const QString &what, Question question, int milliseconds)
+{
+    for (int waited = 0; waited < milliseconds; waited += 20) {
+        if (auto answer = ask(question))
+            return *answer;
+        pause(20);
+    }
+    fail(what);
+}

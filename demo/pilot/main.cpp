@@ -1,0 +1,109 @@
+// tevora-demo --phantom DIR   writes the phantom series and its truth below DIR
+// tevora-demo DIR             writes it below DIR, then drives Tevora through the main job and judges the
+// result
+
+#include "demo/PhantomSeries.h"
+#include "demo/PhantomTruth.h"
+#include "demo/pilot/DemoScript.h"
+#include "demo/pilot/Result.h"
+#include "shell/Startup.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+
+#include <exception>
+#include <fstream>
+#include <iostream>
+#include <sstream>
+#include <string>
+#include <thread>
+
+namespace {
+
+// The slices that are worked on, in a row; the last one is guessed from the one before it.
+constexpr int firstSlice = 8, sliceCount = 7;
+constexpr int outlinePieces = 400;
+
+Polyline inWorld(const std::vector<demo::Point> &points, const demo::PhantomParameters &parameters)
+{
+    // Rows of the files run downwards, y of the loaded volume upwards; slices keep their order.
+    const double height = parameters.height * parameters.spacingMm[1];
+    Polyline line;
+    for (const demo::Point &point : points)
+        line.push_back(QPointF(point[0], height - point[1]));
+    return line;
+}
+
+std::vector<TrueSlice> trueSlices(const demo::PhantomParameters &parameters)
+{
+    const demo::PhantomBody body(parameters);
+    const demo::PhantomTruth truth = demo::phantomTruth(parameters);
+    std::vector<TrueSlice> slices;
+    for (int slice = firstSlice; slice < firstSlice + sliceCount; ++slice) {
+        const double z = demo::slicePlaneMm(parameters, slice);
+        const demo::SliceOutline outline = demo::cartilageOutline(body, z, outlinePieces);
+        slices.push_back({z, inWorld(outline.boneSide, parameters), inWorld(outline.surfaceSide, parameters),
+                          truth.areaMm2[std::size_t(slice)]});
+    }
+    return slices;
+}
+
+bool writePhantom(const QString &folder, const demo::PhantomParameters &parameters)
+{
+    if (demo::writePhantomSeries(QFile::encodeName(folder).toStdString(), parameters))
+        return true;
+    std::cerr << "The phantom could not be written to " << folder.toStdString() << std::endl;
+    return false;
+}
+
+int runDemo(const QString &folder, int argc, char **argv)
+{
+    const demo::PhantomParameters parameters;
+    const QString output = QDir(folder).absolutePath();
+    if (!QDir().mkpath(output) || !writePhantom(output, parameters))
+        return 1;
+    const std::vector<TrueSlice> slices = trueSlices(parameters);
+    DemoScript script(output + "/series", output, slices, parameters.spacingMm[0]);
+
+    bool finished = false;
+    std::thread pilot;
+    prepareApplication();
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    const auto startPilot = [&] {
+        pilot = std::thread([&] {
+            try {
+                script.run();
+                finished = true;
+            } catch (const std::exception &fault) {
+                std::cerr << "The demo stopped: " << fault.what() << std::endl;
+                QMetaObject::invokeMethod(
+                    QCoreApplication::instance(), [] { QCoreApplication::exit(1); }, Qt::QueuedConnection);
+            }
+        });
+    };
+    runApplication(argc, argv, startPilot);
+    pilot.join();
+    if (!finished)
+        return 1;
+
+    std::ostringstream table;
+    const bool good = judgeContours(table, script, slices);
+    std::cout << table.str()
+              << (good ? "The contours are as true as they should be.\n"
+                       : "The contours are NOT as true as they should be.\n");
+    std::ofstream(QFile::encodeName(output + "/areas.txt").toStdString()) << table.str();
+    return good ? 0 : 1;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (argc == 3 && std::string(argv[1]) == "--phantom")
+        return writePhantom(QFile::decodeName(argv[2]), demo::PhantomParameters()) ? 0 : 1;
+    if (argc == 2)
+        return runDemo(QFile::decodeName(argv[1]), argc, argv);
+    std::cerr << "usage: tevora-demo [--phantom] DIR" << std::endl;
+    return 2;
+}

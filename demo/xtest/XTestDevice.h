@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QPoint>
+#include <QString>
+
+#include <memory>
+
+class QImage;
+
+// Mouse, keyboard and eyes of a user: events that the X server makes as if they came from the devices, and
+// pictures of the whole screen. Has a connection of its own; one thread at a time. Positions are pixels of
+// the screen from its upper left corner.
+class XTestDevice
+{
+public:
+    enum Button
+    {
+        Left = 1,
+        Middle = 2,
+        Right = 3,
+        WheelUp = 4,
+        WheelDown = 5
+    };
+
+    // Throws std::runtime_error when there is no display or no XTest extension.
+    XTestDevice();
+    ~XTestDevice();
+    XTestDevice(const XTestDevice &) = delete;
+    XTestDevice &operator=(const XTestDevice &) = delete;
+
+    void moveTo(const QPoint &position);
+    void press(Button button);
+    void release(Button button);
+    void click(const QPoint &position, Button button = Left);
+
+    // Key names as the X server knows them ("Return", "Shift_L", "s").
+    void pressKey(const char *name);
+    void releaseKey(const char *name);
+    void tapKey(const char *name);
+    // Characters without a key of their own get a spare one for a moment.
+    void type(const QString &text);
+
+    QImage screenshot() const;
+
+private:
+    struct Connection;
+    std::unique_ptr<Connection> connection;
+};
