@@ -5,6 +5,7 @@
 #include "platform/GlState.h"
 #include "view/GraphicsPod.h"
 #include "view/ImageComposition.h"
+#include "view/camera/Projection.h"
 #include "view/painting/Overlays.h"
 #include "view/painting/ScenePasses.h"
 
@@ -45,6 +46,42 @@ void placeLight()
     glLightfv(GL_LIGHT0, GL_DIFFUSE, diffuse);
 }
 
+// Leaves the matrix mode at GL_MODELVIEW.
+void loadProjection(const Matrix4 &projection)
+{
+    glMatrixMode(GL_PROJECTION);
+    glLoadMatrixd(columnMajor(projection).data());
+    glMatrixMode(GL_MODELVIEW);
+}
+
+// Makes clip planes work without perspective, for as long as it lives; see invertibleProjection().
+class ClippableScope
+{
+public:
+    ClippableScope(const Matrix4 &projection, bool isNeeded)
+        : former(projection)
+        , needed(isNeeded)
+    {
+        if (!needed)
+            return;
+        loadProjection(invertibleProjection(projection));
+        glDepthRange(0.5, 0.5);
+    }
+    ~ClippableScope()
+    {
+        if (!needed)
+            return;
+        glDepthRange(0.0, 1.0);
+        loadProjection(former);
+    }
+    ClippableScope(const ClippableScope &) = delete;
+    ClippableScope &operator=(const ClippableScope &) = delete;
+
+private:
+    const Matrix4 &former;
+    bool needed;
+};
+
 // Cuts away what is not on the side of the pass. Call with the view matrix loaded: the plane is in world
 // coordinates.
 void clipForPass(Pass pass, const Plane &plane)
@@ -83,9 +120,7 @@ void QStackedSliceView::paintGL()
     const QScopedValueRollback<bool> guard(painting, true);
     clearPicture();
     // Anew each time: the context may be another one than at the last resize.
-    glMatrixMode(GL_PROJECTION);
-    glLoadMatrixd(columnMajor(viewState.projectionMatrix).data());
-    glMatrixMode(GL_MODELVIEW);
+    loadProjection(viewState.projectionMatrix);
     glLoadIdentity();
     glPushMatrix();
     placeLight();
@@ -106,6 +141,7 @@ void QStackedSliceView::paintObjects()
     for (int row = 0; row < composition->podCount(); ++row)
         composition->pod(row)->object()->beforePaint();
     const auto back = inverseOf(viewState.viewMatrix);
+    const ClippableScope clippable(viewState.projectionMatrix, viewState.perspectiveStrength == 0.0f);
     const double normalZ = back ? transformedPlane(*back, viewState.workingPlane).c : 0.0;
     for (const Pass pass : passOrder(normalZ)) {
         for (int row = 0; row < composition->podCount(); ++row) {

@@ -66,6 +66,17 @@ TEST(Projection, eyeWithoutPerspective_liesAtInfinityAlongZ)
     EXPECT_EQ(eyeOf(0.5, -0.25, 0.001), sheared);
 }
 
+TEST(Projection, withoutPerspective_hasAnInvertibleFormWithTheSamePixels)
+{
+    const Matrix4 flat = projectionMatrix(400, 200, 0.5, 0.0, 0.0);
+    EXPECT_FALSE(inverseOf(flat));
+    const Matrix4 invertible = invertibleProjection(flat);
+    EXPECT_TRUE(inverseOf(invertible));
+    for (const int row : {0, 1, 3})
+        for (int column = 0; column < 4; ++column)
+            EXPECT_EQ(invertible.m[row][column], flat.m[row][column]);
+}
+
 TEST(PickRay, withoutPerspective_runsAlongZ)
 {
     // Plane z = 7 in view space: the pixel (30, -40) is met at (30, -40, 7).

@@ -765,5 +765,11 @@ void ViewCameraEventsTest::manyUpdates_paintAtOnce()
     QCOMPARE(paints, 20);
 }
 
-QTEST_MAIN(ViewCameraEventsTest)
+int main(int argc, char **argv)
+{
+    QApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+    QApplication application(argc, argv);
+    ViewCameraEventsTest test;
+    return QTest::qExec(&test, argc, argv);
+}
 #include "ViewCameraEventsTest.moc"

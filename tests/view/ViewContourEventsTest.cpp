@@ -622,6 +622,7 @@ void ViewContourEventsTest::randomOrdersOfClosing_whileShown()
 int main(int argc, char **argv)
 {
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    QApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     QApplication application(argc, argv);
     ViewContourEventsTest test;
     return QTest::qExec(&test, argc, argv);

@@ -46,6 +46,16 @@ Matrix4 projectionMatrix(int width, int height, double shearX, double shearY, do
     return result;
 }
 
+Matrix4 invertibleProjection(const Matrix4 &projection)
+{
+    constexpr double depthPerPixel = 1e-7; // far from the limits of -1 and 1 at any magnification
+    Matrix4 result = projection;
+    for (double &entry : result.m[2])
+        entry = 0.0;
+    result.m[2][2] = depthPerPixel;
+    return result;
+}
+
 Vector4 eyeOf(double shearX, double shearY, double strength)
 {
     return {-shearX, -shearY, 1.0, strength};

@@ -1,0 +1,270 @@
+#include "tests/support/CapturedOutput.h"
+#include "tests/support/GoldenPicture.h"
+#include "tests/view/ViewScene.h"
+
+#include <QApplication>
+
+#include <cmath>
+
+// Pictures of the view, seen as resetView() shows them: 8 pixels per mm, (20, 20) mm in the middle.
+class ViewPicturesTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void emptyComposition_isBlack();
+    void slice_showsTheWindowedVoxels();
+    void opacityAndColor_tintTheSlice();
+    void obliquePlane_showsTheCutVoxels();
+    void contours_withFillsAndLines();
+    void scopes_drawInTheirPasses();
+    void edgeMarks_areKitesAlongTheGradient();
+    void rubberBand_isADashedRectangle();
+    void cube_hasFaintFarAndStrongNearEdges();
+    void strongPerspective_clipsBelow();
+    void pictureAfterFullScreen_isTheSame();
+    void pictureAfterClosing_isBlack();
+
+private:
+    QImage picture()
+    {
+        scene->view->repaintNow();
+        return opaquePicture(scene->view->grabFramebuffer());
+    }
+    QColor at(const QImage &image, double x, double y) const
+    {
+        const QPoint pixel = ViewScene::pixel(x, y);
+        return probe(image, pixel.x(), pixel.y());
+    }
+    // Fills the square from (8, 8) to (16, 16) and draws a line beside it.
+    void addContours();
+    void hide(int row) { scene->composition->pod(row)->setDisplay(false); }
+
+    std::unique_ptr<CapturedOutput> output;
+    std::unique_ptr<ViewScene> scene;
+};
+
+void ViewPicturesTest::init()
+{
+    output = std::make_unique<CapturedOutput>();
+    scene = std::make_unique<ViewScene>();
+    QVERIFY(scene->show());
+}
+
+void ViewPicturesTest::cleanup()
+{
+    scene.reset();
+    output.reset();
+}
+
+void ViewPicturesTest::addContours()
+{
+    ViewScene::line(scene->bone, 1.0f, {{8, 8}, {16, 8}, {16, 16}});
+    ViewScene::line(scene->bone, 1.0f, {{16, 16}, {8, 16}, {8, 8}});
+    ViewScene::line(scene->surface, 1.0f, {{24, 8}, {24, 32}, {36, 32}});
+    ViewScene::line(scene->surface, 3.0f, {{4, 36}, {36, 36}}); // on the next slice
+}
+
+void ViewPicturesTest::emptyComposition_isBlack()
+{
+    ImageComposition composition;
+    QStackedSliceView view(nullptr, &composition);
+    view.resize(220, 220);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    const QImage image = opaquePicture(view.grabFramebuffer());
+    QCOMPARE(image.size(), QSize(220, 220));
+    for (const QPoint point : {QPoint(0, 0), QPoint(110, 110), QPoint(219, 219)})
+        QVERIFY(isNear(probe(image, point.x(), point.y()), 0, 0, 0));
+}
+
+void ViewPicturesTest::slice_showsTheWindowedVoxels()
+{
+    scene->image->setWindow(0.0f, 400.0f); // 200 of 400: half of 255
+    const QImage image = picture();
+    QCOMPARE(goldenFault(image, "view_slice"), QString());
+    QVERIFY(isNear(at(image, 10, 20), 0, 0, 0));
+    QVERIFY(isNear(at(image, 30, 20), 127, 127, 127));
+    // The edge is between x = 19.75 and 20.25.
+    QVERIFY(isNear(at(image, 19.75, 5), 0, 0, 0));
+    QVERIFY(isNear(at(image, 20.25, 5), 127, 127, 127));
+}
+
+void ViewPicturesTest::opacityAndColor_tintTheSlice()
+{
+    scene->composition->setData(scene->composition->index(0, 2), "#ff8000");
+    const QImage image = picture();
+    QVERIFY(isNear(at(image, 30, 20), 255, 128, 0)); // 200 is the window's top: the full colour
+    QVERIFY(isNear(at(image, 10, 20), 0, 0, 0));
+    hide(0);
+    QVERIFY(isNear(at(picture(), 30, 20), 0, 0, 0));
+}
+
+void ViewPicturesTest::obliquePlane_showsTheCutVoxels()
+{
+    // z = 1 + (y - 20) / 4, seen from above: within the volume (0 .. 10) for y from 16 on.
+    scene->view->setWorkingPlane({0, -1, 4, 16});
+    const QImage image = picture();
+    QCOMPARE(goldenFault(image, "view_oblique"), QString());
+    QVERIFY(isNear(at(image, 30, 14), 0, 0, 0));
+    QVERIFY(isNear(at(image, 30, 20), 255, 255, 255));
+    QVERIFY(isNear(at(image, 30, 38), 255, 255, 255));
+    QVERIFY(isNear(at(image, 10, 20), 0, 0, 0));
+}
+
+void ViewPicturesTest::contours_withFillsAndLines()
+{
+    addContours();
+    hide(0);
+    scene->composition->setData(scene->composition->index(0, 3, scene->composition->index(1, 0)), 50);
+    const QImage image = picture();
+    QCOMPARE(goldenFault(image, "view_contours"), QString());
+    // Fill: colour 0 (149, 49, 219) at half opacity on black.
+    QVERIFY(isNear(at(image, 12, 12), 75, 25, 110, 3));
+    // Line of the second fragment: colour 2 (191, 147, 145), two pixels wide around x = 24.
+    const QColor line = at(image, 24, 20);
+    QVERIFY(line.red() > 120 && std::abs(line.red() * 147 - line.green() * 191) < 600);
+    QVERIFY(isNear(at(image, 20, 36), 0, 0, 0)); // of another slice
+    QVERIFY(isNear(at(image, 30, 20), 0, 0, 0));
+}
+
+void ViewPicturesTest::scopes_drawInTheirPasses()
+{
+    hide(1);
+    GraphicsPod *pod = scene->composition->pod(0);
+    // Bright on black at (30, 20): by slices at, behind (z < 5) or before (z > 5) the plane z = 5.
+    const std::tuple<int, bool> table[] = {{0, false}, {1, false}, {2, false}, {3, true},
+                                           {4, true},  {5, true},  {6, true},  {7, true}};
+    for (const float strength : {0.0f, 0.00001f, 0.0001f, 0.001f}) { // z moves pixels only a little
+        scene->view->setPerspective(0.1f, 0.1f, strength);
+        scene->view->setWorkingZ(5.0f);
+        for (const auto &[scope, isSeen] : table) {
+            pod->setDisplayScope(scope);
+            QCOMPARE(std::pair(scope, at(picture(), 30, 20).red() > 250), std::pair(scope, isSeen));
+        }
+        // Nothing lies before a plane above the volume, and nothing behind one below it.
+        scene->view->setWorkingZ(9.5f);
+        pod->setDisplayScope(7);
+        QVERIFY(isNear(at(picture(), 30, 20), 0, 0, 0));
+        pod->setDisplayScope(6);
+        QVERIFY(at(picture(), 30, 20).red() > 250);
+        scene->view->setWorkingZ(0.5f);
+        QVERIFY(isNear(at(picture(), 30, 20), 0, 0, 0));
+        pod->setDisplayScope(7);
+        QVERIFY(at(picture(), 30, 20).red() > 250);
+    }
+}
+
+void ViewPicturesTest::edgeMarks_areKitesAlongTheGradient()
+{
+    hide(0);
+    scene->view->setInteractBaseModeTrace();
+    QMouseEvent move(QEvent::MouseMove, ViewScene::pixel(20, 20), QPointF(), Qt::NoButton, Qt::NoButton,
+                     Qt::NoModifier);
+    QApplication::sendEvent(scene->view, &move);
+    // 2.5 mm around: rows y = 17.5 .. 22.5.
+    QVERIFY(scene->state().edgeMarkers.size() >= 6);
+    const QImage image = picture();
+    QCOMPARE(goldenFault(image, "view_edge_marks"), QString());
+    // Yellow without blue, and nothing beyond the rows.
+    const EdgePoint &mark = scene->state().edgeMarkers.front();
+    const double inside = static_cast<double>(mark.x + mark.gx * 0.5f);
+    const QColor kite = at(image, inside, static_cast<double>(mark.y));
+    QVERIFY(kite.red() > 50 && kite.red() == kite.green() && kite.blue() == 0);
+    QVERIFY(isNear(at(image, 20, 26), 0, 0, 0));
+    QVERIFY(isNear(at(image, 24, 20), 0, 0, 0));
+}
+
+void ViewPicturesTest::rubberBand_isADashedRectangle()
+{
+    hide(0);
+    scene->view->setInteractBaseModeZoom();
+    const auto send = [this](QEvent::Type type, QPoint point, Qt::MouseButton button) {
+        QMouseEvent event(type, point, QPointF(), button, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(scene->view, &event);
+    };
+    send(QEvent::MouseButtonPress, {60, 80}, Qt::LeftButton);
+    send(QEvent::MouseMove, {260, 240}, Qt::NoButton);
+    const QImage image = picture();
+    QCOMPARE(goldenFault(image, "view_rubber_band"), QString());
+    int lit = 0;
+    for (int x = 60; x <= 260; ++x)
+        lit += image.pixelColor(x, 80).blue() > 60 || image.pixelColor(x, 79).blue() > 60 ? 1 : 0;
+    QVERIFY(lit > 60 && lit < 201); // dashes
+    QVERIFY(isNear(probe(image, 160, 160), 0, 0, 0));
+    QVERIFY(isNear(probe(image, 160, 60), 0, 0, 0));
+}
+
+void ViewPicturesTest::cube_hasFaintFarAndStrongNearEdges()
+{
+    hide(0);
+    hide(2);
+    scene->view->resize(400, 400);
+    QTRY_COMPARE(scene->state().width, 400);
+    // Kept still: no tick of the timer runs between these lines.
+    scene->view->enterMode(InteractMode::Perspective);
+    const float angle = scene->state().cubeAngle;
+    const QImage image = opaquePicture(scene->view->grabFramebuffer());
+    QCOMPARE(scene->state().cubeAngle, angle);
+    QCOMPARE(angle, 0.0f);
+    QCOMPARE(goldenFault(image, "view_cube"), QString());
+    // Seen straight on: the near side z = -1 and the far one z = 1 cover each other at +-100 pixels.
+    int strongest = 0;
+    for (int x = 97; x <= 103; ++x)
+        strongest = std::max(strongest, image.pixelColor(x, 220).red());
+    QVERIFY(strongest > 200);
+    QCOMPARE(image.pixelColor(100, 220).green(), 0);
+    // The arrow lies on the far side z = 1 and points to -x, mirrored with the box: its tip at
+    // (200 - 80, 200), faint.
+    int faint = 0;
+    for (int x = 118; x <= 126; ++x)
+        faint = std::max(faint, image.pixelColor(x, 200).red());
+    QVERIFY(faint > 40 && faint < 180);
+    QVERIFY(isNear(probe(image, 50, 50), 0, 0, 0));
+}
+
+// On purpose: strong perspectives clip low parts of the picture away, however near they are.
+void ViewPicturesTest::strongPerspective_clipsBelow()
+{
+    scene->view->setPerspective(0.0f, 0.0f, 0.0002f);
+    QVERIFY(at(picture(), 30, 20).red() > 250);
+    // A y + B <= 1 holds for y >= -1818 pixels: 300 fold magnified the lower part is gone.
+    scene->view->scaleTarget(100.0);
+    QTRY_VERIFY(!scene->state().animatingView);
+    const QImage image = picture();
+    QVERIFY(probe(image, 200, 10).red() > 250);
+}
+
+void ViewPicturesTest::pictureAfterFullScreen_isTheSame()
+{
+    const QImage before = picture();
+    scene->view->enterFullScreen();
+    QTRY_COMPARE(scene->view->size(), QSize(1280, 1024));
+    scene->view->leaveFullScreen();
+    QTRY_COMPARE(scene->view->size(), QSize(320, 320));
+    QTRY_COMPARE(scene->state().width, 320);
+    scene->view->resetView();
+    const QImage after = picture();
+    QCOMPARE(after, before);
+}
+
+void ViewPicturesTest::pictureAfterClosing_isBlack()
+{
+    QVERIFY(at(picture(), 30, 20).red() > 250);
+    scene->composition->detachFrom(scene->image.get());
+    scene->edges->detachFrom(scene->image.get());
+    scene->image.reset();
+    QVERIFY(isNear(at(picture(), 30, 20), 0, 0, 0));
+}
+
+int main(int argc, char **argv)
+{
+    QApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+    QApplication application(argc, argv);
+    ViewPicturesTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "ViewPicturesTest.moc"
