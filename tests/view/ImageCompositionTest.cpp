@@ -8,9 +8,12 @@
 #include "objects/MervImageObject.h"
 #include "tests/support/CapturedOutput.h"
 #include "tests/support/TestVolume.h"
+#include "view/EnhancedQTreeView.h"
 #include "view/GraphicsPod.h"
 
 #include <QAbstractItemModelTester>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
 #include <QSignalSpy>
@@ -106,6 +109,16 @@ struct Scene
 
 } // namespace
 
+// Stands for the renderer of this name, which does not tell when what it draws from changes.
+class ColoringTriMeshRenderer : public ImageObject
+{
+    Q_OBJECT
+
+public:
+    QList<ImageObject *> drawnFrom;
+    QList<ImageObject *> sources() const override { return drawnFrom; }
+};
+
 class ImageCompositionTest : public QObject
 {
     Q_OBJECT
@@ -146,10 +159,13 @@ private slots:
     void renderCalls_handOnTheAdvisorAndRestoreIt();
     void hiddenPod_drawsNothing();
     void updated_isForwardedOncePerObject();
+    void updatedOfAColoring_comesFromItsSources();
     void closing_removesRowsAndKeepsOthers();
     void closing_movesTheAnalyzedRow();
     void closingContours_letsGoOfTheEditedFragment();
     void closingWithOpenEditors_inATree();
+    void openEditors_followTheModelWithoutWritingToIt();
+    void scopeEditor_writesTheChosenScope();
     void deletionWithoutAnnouncement_removesRows();
     void newFragments_appearAndKeepEditorsOnTheirRows();
     void windowedImage_followsRowThenAnalysisThenFirst();
@@ -780,6 +796,24 @@ void ImageCompositionTest::updated_isForwardedOncePerObject()
     QCOMPARE(updated.count(), 2);
 }
 
+void ImageCompositionTest::updatedOfAColoring_comesFromItsSources()
+{
+    ProbeObject mesh("mesh");
+    auto samples = std::make_unique<ProbeObject>("samples");
+    ColoringTriMeshRenderer coloring;
+    coloring.drawnFrom = {&mesh, samples.get()};
+    ImageComposition composition;
+    composition.addImageObject(&coloring);
+    QSignalSpy updated(&composition, &ImageComposition::updated);
+    emit mesh.updated();
+    emit samples->updated();
+    emit coloring.updated();
+    QCOMPARE(updated.count(), 3);
+    samples.reset();
+    emit mesh.updated();
+    QCOMPARE(updated.count(), 4);
+}
+
 void ImageCompositionTest::closing_removesRowsAndKeepsOthers()
 {
     Scene scene;
@@ -863,6 +897,69 @@ void ImageCompositionTest::closingWithOpenEditors_inATree()
     QTest::qWait(50);
     QCOMPARE(tree.model()->rowCount(), 3);
     QVERIFY(tree.isPersistentEditorOpen(scene.at("2", 0)));
+}
+
+namespace {
+
+// The editors that a viewer keeps open.
+void openEditors(EnhancedQTreeView &tree, ImageComposition &composition)
+{
+    tree.setModel(&composition);
+    tree.show();
+    for (int row = 0; row < composition.rowCount(); ++row) {
+        for (const int column : {1, 4, 5, 6})
+            tree.openPersistentEditor(composition.index(row, column));
+        const QModelIndex parent = composition.index(row, 0);
+        for (int child = 0; child < composition.rowCount(parent); ++child)
+            tree.openPersistentEditor(composition.index(child, 5, parent));
+    }
+    tree.expandAll();
+}
+
+} // namespace
+
+void ImageCompositionTest::openEditors_followTheModelWithoutWritingToIt()
+{
+    const CapturedOutput captured;
+    Scene scene;
+    SlicedContoursFragment *third = scene.contours->newFragment("third");
+    scene.composition.setData(scene.at("2", 4), true);
+    EnhancedQTreeView tree;
+    openEditors(tree, scene.composition);
+    QVERIFY(QTest::qWaitForWindowExposed(&tree));
+    QCOMPARE(scene.composition.analyzedObject(), scene.edges.get());
+    for (GraphicsObject *expected : {scene.bone, scene.surface, third, scene.bone, scene.surface}) {
+        QVERIFY(scene.composition.selectNextGraphicsObjectForEditing());
+        QTest::qWait(5);
+        QCOMPARE(scene.composition.editedObject(), expected);
+        QCOMPARE(scene.composition.analyzedObject(), scene.edges.get());
+        int checked = 0;
+        for (const int child : {1, 2, 3}) {
+            auto *box = qobject_cast<QCheckBox *>(tree.indexWidget(scene.at(QString("1/%1").arg(child), 5)));
+            QVERIFY(box != nullptr);
+            checked += box->isChecked() ? child : 0;
+        }
+        QCOMPARE(checked, scene.contours->contourCount() + (expected == scene.bone ? 0
+                                                            : expected == third    ? 2
+                                                                                   : 1));
+    }
+}
+
+void ImageCompositionTest::scopeEditor_writesTheChosenScope()
+{
+    Scene scene;
+    EnhancedQTreeView tree;
+    openEditors(tree, scene.composition);
+    QVERIFY(QTest::qWaitForWindowExposed(&tree));
+    auto *box = qobject_cast<QComboBox *>(tree.indexWidget(scene.at("0", 6)));
+    QVERIFY(box != nullptr);
+    QCOMPARE(box->currentText(), QString("Slice"));
+    QTest::keyClick(box, Qt::Key_End);
+    QCOMPARE(scene.composition.pod(0)->displayScope(), 7);
+    QCOMPARE(box->currentText(), QString("Volume before")); // shown as "unknown" elsewhere, kept here
+    auto *display = qobject_cast<QCheckBox *>(tree.indexWidget(scene.at("3", 1)));
+    QTest::keyClick(display, Qt::Key_Space);
+    QVERIFY(!scene.composition.pod(3)->display());
 }
 
 void ImageCompositionTest::deletionWithoutAnnouncement_removesRows()
