@@ -156,6 +156,19 @@ TYPED_TEST(ImageSlices, axialSliceWithFrameTakesTheSliceAsItStands)
               Bytes{0});
 }
 
+// The sum of a frame and the number of frames does not fit an int.
+TEST(ImageManyFrames, numbersAreTakenModuloTheCountWithoutOverflow)
+{
+    constexpr int frames = 1500000000;
+    constexpr int frame = 1400000000;
+    ImageBase<unsigned char> image;
+    image.setDimensions(1, 1, 1, frames, 1); // pages that nobody touches take no memory
+    image.setWindowRange(0, 255, 0);
+    image.setVoxel(9, 0, 0, 0, frame, 0);
+    EXPECT_EQ(take(image.getAxialSliceUByte(nullptr, 0, frame, 0, false), 1), Bytes{9});
+    EXPECT_EQ(take(image.getAxialSliceUByte(nullptr, 0, frame - frames, 0, false), 1), Bytes{9});
+}
+
 TYPED_TEST(ImageSlices, channelsHaveTheirOwnWindowAndStep)
 {
     ImageBase<TypeParam> image = plainImage<TypeParam>({2, 1, 1, 1, 3});

@@ -48,7 +48,7 @@ Out *zeroed(Out *destination, std::uint64_t count)
     return destination;
 }
 
-inline std::uint64_t modulo(int value, int count)
+inline std::uint64_t modulo(std::int64_t value, std::int64_t count)
 {
     return static_cast<std::uint64_t>((value % count + count) % count);
 }
