@@ -100,7 +100,9 @@ void readRows(std::istream &stream, const Layout &layout, Image &image)
     image.setDimensions(layout.width, layout.height, 1, 1, layout.channels());
     auto *voxels = static_cast<unsigned char *>(image.getData());
     std::vector<unsigned char> row(layout.pitch);
-    for (int y = 0; y < layout.height; ++y, voxels += image.getRowStride()) {
+    // A row of three channels may hold more values than 32 bits count.
+    const std::uint64_t rowValues = image.getSliceStride() / static_cast<std::uint64_t>(layout.height);
+    for (int y = 0; y < layout.height; ++y, voxels += rowValues) {
         if (!detail::readExactly(stream, row))
             std::fill(row.begin() + stream.gcount(), row.end(), static_cast<unsigned char>(0));
         convertRow(row, layout, voxels);

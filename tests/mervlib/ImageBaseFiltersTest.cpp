@@ -1,3 +1,4 @@
+#include "mervlib/src/detail/ImageBaseFilters.inl"
 #include "tests/mervlib/FilterTestSupport.h"
 
 #include <cmath>
@@ -439,6 +440,19 @@ TEST(ImageBaseFilter2D, emptyImageGivesNull)
     EXPECT_EQ(empty->computeFilteredImage3D(0, kernel.data(), 3, nullptr, 0), nullptr);
     empty->extendBorder(3);
     EXPECT_EQ(output.text(), "");
+}
+
+// A foreign buffer, as nothing is read.
+TEST(KernelGrid, stepsOfRowsAndSlicesMayExceed32Bits)
+{
+    constexpr int most = std::numeric_limits<int>::max();
+    ImageBase<unsigned char> image;
+    image.setBufferExternal();
+    image.setDimensions(most, 2, 2, 1, 3);
+    const MERV::detail::KernelGrid grid = MERV::detail::kernelGrid(image, 1, 1, true);
+    EXPECT_EQ(grid.stepX, 3);
+    EXPECT_EQ(grid.stepY, 3 * std::int64_t{most});
+    EXPECT_EQ(grid.stepZ, 6 * std::int64_t{most});
 }
 
 TEST(ImageBaseFilter2D, twoThreadsMayReadOneSource)

@@ -200,11 +200,12 @@ inline void magnitudeRow(std::span<const std::vector<float>> gradient, std::vect
 
 inline KernelGrid kernelGrid(const Image &image, int margin, int marginZ, bool keepSize)
 {
+    const std::int64_t channels = image.getChannels();
     return {image.getWidth(),
             image.getHeight(),
             image.getDepth(),
-            image.getChannels(),
-            image.getRowStride(),
+            channels,
+            channels * image.getWidth(),
             static_cast<std::int64_t>(image.getSliceStride()),
             margin,
             marginZ,
@@ -262,16 +263,16 @@ Image *ImageBase<T>::computeFilteredImage3D(int dataType, const float *filter, i
     detail::KernelComponent component{{}, channel};
     if (grid.hasInterior())
         component.taps = detail::cubeTaps(filter, windowSize, grid.stepX, grid.stepY, grid.stepZ);
+    const detail::KernelGrid places = detail::kernelGrid(*target, 0, 0, true);
     detail::ValueRange range;
     detail::forEachKernelRow(std::span<const T>(begin(), end()), grid, {&component, 1},
                              [&](std::int64_t y, std::int64_t z, auto &rows) {
                                  range.include(rows[0]);
                                  for (float &value : rows[0])
                                      value = static_cast<float>(std::floor(static_cast<double>(value) + 0.5));
-                                 detail::storeRow(*target,
-                                                  static_cast<std::uint64_t>(z) * target->getSliceStride() +
-                                                      static_cast<std::uint64_t>(y) * target->getRowStride(),
-                                                  static_cast<std::uint64_t>(target->getChannels()), rows[0]);
+                                 detail::storeRow(
+                                     *target, static_cast<std::uint64_t>(z * places.stepZ + y * places.stepY),
+                                     static_cast<std::uint64_t>(places.stepX), rows[0]);
                              });
     detail::setWindow(*target, range, 0);
     return target.handOut();
