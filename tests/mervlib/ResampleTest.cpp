@@ -339,6 +339,22 @@ TYPED_TEST(Resample, powersOfTwoStayAsTheyAre)
     EXPECT_EQ(out.str(), "");
 }
 
+// 2^62 voxels are more than any address space holds; of the source only the shape is read.
+TEST(ResampleMemory, twoDimensionalScalingThatRunsOutOfMemoryStaysVerbose)
+{
+    ImageBase<unsigned char> image;
+    unsigned char foreign = 0;
+    image.setBufferExternal();
+    image.setDimensions((1 << 30) - 1, 3, 1, 1 << 30, 1);
+    image.setExternalBuffer(&foreign);
+    CapturedStream out(std::cout);
+    EXPECT_THROW(image.scaleToPowerOfTwo2D(0), MERV::Exception);
+    image.clearBufferExternal();
+    image.setDimensions(2, 2, 2, 1, 1);
+    image.rotate(0);
+    EXPECT_EQ(out.str(), "Common >> Error while initializing!\nRotated image around axis 0\n");
+}
+
 TYPED_TEST(Resample, twoDimensionalScalingKeepsTheDepthAndIsSilent)
 {
     ImageBase<TypeParam> image = scatteredImage<TypeParam>({5, 3, 3, 1, 1});

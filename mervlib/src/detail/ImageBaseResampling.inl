@@ -371,6 +371,23 @@ inline int powerOfTwoExtent(int extent)
                                              : extent;
 }
 
+// Keeps an image from reporting as long as it lives.
+class Quiet
+{
+public:
+    explicit Quiet(std::int32_t &verboseFlag)
+        : flag(verboseFlag)
+        , before(std::exchange(verboseFlag, 0))
+    {}
+    ~Quiet() { flag = before; }
+    Quiet(const Quiet &) = delete;
+    Quiet &operator=(const Quiet &) = delete;
+
+private:
+    std::int32_t &flag;
+    std::int32_t before;
+};
+
 } // namespace detail
 
 template <class T>
@@ -394,9 +411,8 @@ void ImageBase<T>::scaleToPowerOfTwo2D(int interpolation)
     const int height = detail::powerOfTwoExtent(getHeight());
     if (data == nullptr || (width == getWidth() && height == getHeight()))
         return;
-    const int wasVerbose = std::exchange(verbose, 0);
+    const detail::Quiet quiet(verbose);
     resample(width, height, interpolation);
-    verbose = wasVerbose;
 }
 
 // --- quarter turns ---
@@ -407,31 +423,33 @@ namespace detail {
 template <class T>
 struct PlaneCopy
 {
-    int columns;
-    int rows;
+    // As wide as the steps: the end of the last tile may lie beyond what an int holds.
+    std::ptrdiff_t columns;
+    std::ptrdiff_t rows;
     std::ptrdiff_t fromColumn;
     std::ptrdiff_t fromRow;
     std::ptrdiff_t toColumn;
     std::ptrdiff_t toRow;
-    int channels;
+    std::ptrdiff_t channels;
 
     void operator()(const T *from, T *to) const
     {
-        constexpr int tile = 32;
-        for (int firstRow = 0; firstRow < rows; firstRow += tile)
-            for (int firstColumn = 0; firstColumn < columns; firstColumn += tile)
+        constexpr std::ptrdiff_t tile = 32;
+        for (std::ptrdiff_t firstRow = 0; firstRow < rows; firstRow += tile)
+            for (std::ptrdiff_t firstColumn = 0; firstColumn < columns; firstColumn += tile)
                 copyTile(from, to, firstColumn, std::min(firstColumn + tile, columns), firstRow,
                          std::min(firstRow + tile, rows));
     }
 
 private:
-    void copyTile(const T *from, T *to, int firstColumn, int endColumn, int firstRow, int endRow) const
+    void copyTile(const T *from, T *to, std::ptrdiff_t firstColumn, std::ptrdiff_t endColumn,
+                  std::ptrdiff_t firstRow, std::ptrdiff_t endRow) const
     {
-        for (int column = firstColumn; column < endColumn; ++column) {
-            for (int row = firstRow; row < endRow; ++row) {
+        for (std::ptrdiff_t column = firstColumn; column < endColumn; ++column) {
+            for (std::ptrdiff_t row = firstRow; row < endRow; ++row) {
                 const T *source = from + column * fromColumn + row * fromRow;
                 T *target = to + column * toColumn + row * toRow;
-                for (int channel = 0; channel < channels; ++channel)
+                for (std::ptrdiff_t channel = 0; channel < channels; ++channel)
                     target[channel] = source[channel];
             }
         }
