@@ -115,6 +115,40 @@ TYPED_TEST(ImageMemory, cloneSlicesTakesTheSlicesAskedFor)
     EXPECT_EQ(slices->getSliceMetaData(0, "n"), "");
 }
 
+TYPED_TEST(ImageMemory, newImagesReportAndCopiesReportAsTheirSource)
+{
+    ImageBase<TypeParam> image;
+    image.setDimensions(2, 2, 2, 1, 1);
+    const auto reported = [](Image &one) {
+        CapturedStream out(std::cout);
+        one.rotate(0);
+        return out.str();
+    };
+    for (const int verbose : {1, 0}) {
+        const std::string expected = verbose != 0 ? "Rotated image around axis 0\n" : "";
+        EXPECT_EQ(reported(image), expected);
+        const std::unique_ptr<Image> copy(image.clone());
+        const std::unique_ptr<Image> slices(image.cloneSlices(0, 1));
+        EXPECT_EQ(reported(*copy), expected);
+        EXPECT_EQ(reported(*slices), expected);
+        image.setVerbose(0);
+    }
+}
+
+TYPED_TEST(ImageMemory, cloneSlicesTakesPositionButNotNameAndOrientation)
+{
+    ImageBase<TypeParam> image = countingImage<TypeParam>({2, 2, 4, 1, 1});
+    const float position[3]{1, 2, 3};
+    const float orientation[9]{0, 1, 0, 1, 0, 0, 0, 0, 1};
+    image.setName("knee");
+    image.setOrientation(orientation);
+    image.setPosition(position);
+    const std::unique_ptr<Image> slices(image.cloneSlices(2, 4));
+    EXPECT_EQ(slices->getName(), "");
+    EXPECT_EQ(slices->getOrientation()[0], 1.0f);
+    EXPECT_TRUE(std::equal(position, position + 3, slices->getPosition()));
+}
+
 TYPED_TEST(ImageMemory, cloneSlicesOfSeveralFramesFillsTheFirstAlone)
 {
     ImageBase<TypeParam> image = countingImage<TypeParam>({1, 1, 3, 2, 1});
