@@ -37,6 +37,23 @@ auto withoutException(const Step &step) -> decltype(step())
     }
 }
 
+// Runs `load` and makes an object with the label that labelOf gives for what was loaded. Null on failure,
+// also when the memory suffices for the voxels but not for the pictures of their slices.
+template <class Load, class LabelOf>
+std::unique_ptr<MervImageObject> newVolume(const Load &load, const LabelOf &labelOf, const QString &directory,
+                                           QObject *parent)
+{
+    return withoutException([&]() -> std::unique_ptr<MervImageObject> {
+        auto image = load();
+        if (!image)
+            return nullptr;
+        const QString label = labelOf(*image);
+        auto object = std::make_unique<MervImageObject>(image.release(), directory, parent);
+        object->setLabel(label);
+        return object;
+    });
+}
+
 // Row of the answer; nothing when the user cancels.
 std::optional<std::size_t> chooseRow(const QString &title, const QString &label, const QStringList &entries)
 {
@@ -100,14 +117,16 @@ ImageObject *ImageManager::loadDicomSeriesInteractively(const QString &directory
     const std::optional<double> distanceMm = chooseSliceDistance(files);
     if (!distanceMm)
         return nullptr;
-    auto image = withoutException([&] { return dicom::loadFiles(files, *distanceMm, true); });
-    if (!image) {
+    auto object =
+        newVolume([&] { return dicom::loadFiles(files, *distanceMm, true); },
+                  [&](const MERV::Image &image) {
+                      return tr("%1 (tE = %2 ms)").arg(patientOf(image), QString::fromStdString(*echoTime));
+                  },
+                  directory, nullptr);
+    if (!object) {
         std::cout << "Could not load series " << series->uid << " in " << path << std::endl;
         return nullptr;
     }
-    const QString label = tr("%1 (tE = %2 ms)").arg(patientOf(*image), QString::fromStdString(*echoTime));
-    auto object = std::make_unique<MervImageObject>(image.release(), directory);
-    object->setLabel(label);
     ImageObject *added = object.release();
     addImage(added);
     QDir::setCurrent(directory);
@@ -128,15 +147,12 @@ QList<ImageObject *> ImageManager::loadDicomSeries(const QString &directory)
         emit layoutAboutToBeChanged();
     for (int i = 0; i < count; ++i) {
         std::cout << "Loading Series #" << i << " ..." << std::endl;
-        auto image = withoutException([&] { return dicom::loadSeries(path, *contents, i, false, true); });
-        if (image) {
-            const QString label = patientOf(*image);
-            auto object = std::make_unique<MervImageObject>(image.release(), directory, this);
-            object->setLabel(label);
+        auto object = newVolume([&] { return dicom::loadSeries(path, *contents, i, false, true); }, patientOf,
+                                directory, this);
+        if (object)
             images.append(object.release());
-        } else {
+        else
             std::cout << "Could not load series #" << i << "in" << path << std::endl;
-        }
         if (!images.isEmpty())
             loaded.append(images.last());
     }

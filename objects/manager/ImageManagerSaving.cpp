@@ -143,7 +143,9 @@ ImageManager::Written ImageManager::write(AbstractImageObjectSerializer *seriali
             std::ofstream stream(QFileInfo(path).filesystemFilePath(), std::ios::binary | std::ios::trunc);
             if (!stream.is_open() || stream.fail())
                 return Written::NotOpened;
-            return toStream->serialize(image, stream) ? Written::Stream : Written::Failed;
+            const bool written = toStream->serialize(image, stream);
+            stream.close(); // what is still in the buffer may not fit
+            return written && !stream.fail() ? Written::Stream : Written::Failed;
         }
         auto *toFiles = dynamic_cast<FileSystemImageObjectSerializer *>(serializer);
         const bool written = toFiles != nullptr && toFiles->serialize(image, path.toStdWString().c_str());

@@ -447,6 +447,25 @@ private slots:
         QCOMPARE(QApplication::exec(), 0);
         QCOMPARE(manager->imageCount(), 1);
     }
+
+    // As by the menu: the exit is one of the events that are handled between two files.
+    void drop_stopsWhenTheUserExitsBetweenTwoFiles()
+    {
+        refuseAll(s, t);
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(newFile("1.ff", "x")), QUrl::fromLocalFile(newFile("2.ff", "x")),
+                      QUrl::fromLocalFile(newFile("3.ff", "x"))});
+        f.read = [](const QString &) {
+            QMetaObject::invokeMethod(
+                qApp, [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
+            return new FakeImage;
+        };
+        const CapturedOutput output;
+        QTimer::singleShot(0, manager.get(),
+                           [&] { manager->dropMimeData(&data, Qt::CopyAction, -1, -1, {}); });
+        QCOMPARE(QApplication::exec(), 0);
+        QCOMPARE(manager->imageCount(), 1);
+    }
 };
 
 QTEST_MAIN(ImageManagerLoadingTest)

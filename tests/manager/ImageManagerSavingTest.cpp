@@ -289,6 +289,23 @@ private slots:
         QVERIFY2(driver.verify(), driver.report());
     }
 
+    void fileThatCannotTakeAllBytes_isNoSuccess()
+    {
+        if (!QFile::exists("/dev/full"))
+            QSKIP("no device that is always full");
+        FakeStreamWriter writer("Writer", "x/1", "one"); // says true: its bytes are still in the buffer
+        manager->addSerializer(&writer);
+        const QString full = inFolder("full.one");
+        QVERIFY(QFile::link("/dev/full", full));
+        DialogDriver driver;
+        driver.expectFileDialog("Save Image as", full);
+        driver.expect<QMessageBox>(
+            "overwrite?", [&](QMessageBox *box) { driver.click(box, box->button(QMessageBox::Yes)); });
+        expectFailure(driver, full, "Abort");
+        QVERIFY(!manager->saveImage(image));
+        QVERIFY2(driver.verify(), driver.report());
+    }
+
     void serializerOfNeitherKind_fails()
     {
         OtherWriter writer("Writer", "x/1", "one");
