@@ -10,13 +10,15 @@ Language chooseLanguage(const QStringList &arguments, const QString &systemLocal
                 return true;
         return false;
     };
-    const auto text = [](const char *source) { return QCoreApplication::translate("main", source); };
-
     if (has("--deutsch"))
-        return {"de", "qt_de", text("Installiere Sprachunterstützung (deutsch) ...")};
+        return {"de", "qt_de",
+                QCoreApplication::translate("main", "Installiere Sprachunterstützung (deutsch) ...")};
     if (has("--english"))
-        return {"en", "qt_en", text("Installiere Sprachunterstützung (englisch) ...")};
+        return {"en", "qt_en",
+                QCoreApplication::translate("main", "Installiere Sprachunterstützung (englisch) ...")};
     if (has("--francais") || has("--français"))
-        return {"fr", "qt_fr", text("Installiere Sprachunterstützung (französisch) ...")};
-    return {systemLocale, "qt_" + systemLocale, text("Installiere Sprachunterstützung (Landessprache) ...")};
+        return {"fr", "qt_fr",
+                QCoreApplication::translate("main", "Installiere Sprachunterstützung (französisch) ...")};
+    return {systemLocale, "qt_" + systemLocale,
+            QCoreApplication::translate("main", "Installiere Sprachunterstützung (Landessprache) ...")};
 }

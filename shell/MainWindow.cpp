@@ -5,6 +5,7 @@
 #include "objects/manager/ImageRelationsGraph.h"
 #include "serialization/dialogs/FileDroppableQListView.h"
 #include "shell/HelpViewer.h"
+#include "shell/PlainToolTipDelegate.h"
 #include "shell/Registration.h"
 #include "shell/help/Help.h"
 #include "view/EnhancedQTableView.h"
@@ -55,12 +56,14 @@ void MainWindow::buildImageList()
     imageList->setDragDropMode(QAbstractItemView::DragDrop);
     imageList->setAcceptDrops(true);
     imageList->setDropIndicatorShown(true);
+    imageList->setItemDelegate(new PlainToolTipDelegate(imageList));
 }
 
 void MainWindow::buildTabs()
 {
     propertiesTable = new EnhancedQTableView;
     propertiesTable->setModel(manager);
+    propertiesTable->setItemDelegate(new PlainToolTipDelegate(propertiesTable));
     auto *toolBar = new QToolBar;
     toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     QAction *copy = toolBar->addAction(tr("Copy"));
@@ -81,11 +84,10 @@ void MainWindow::buildTabs()
     tabs->setTabPosition(QTabWidget::West);
     tabs->addTab(innerTabs, tr("Image List"));
 
-    auto *relations = new ImageRelationsGraph(manager);
-    connect(manager, &QAbstractItemModel::layoutChanged, relations, qOverload<>(&QWidget::update));
+    relationsGraph = new ImageRelationsGraph(manager);
     splitter = new QSplitter(Qt::Horizontal);
     splitter->addWidget(tabs);
-    splitter->addWidget(relations);
+    splitter->addWidget(relationsGraph);
     connect(imageList, &QAbstractItemView::activated, this,
             qOverload<const QModelIndex &>(&MainWindow::newView));
     setCentralWidget(splitter);

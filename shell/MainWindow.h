@@ -8,6 +8,7 @@ class FileDroppableQListView;
 class HelpViewer;
 class ImageManager;
 class ImageObject;
+class ImageRelationsGraph;
 class MervImageObject;
 class QAction;
 class QMenu;
@@ -161,6 +162,7 @@ private:
     QTabWidget *tabs = nullptr;
     FileDroppableQListView *imageList = nullptr;
     EnhancedQTableView *propertiesTable = nullptr;
+    ImageRelationsGraph *relationsGraph = nullptr;
     ImageManager *manager = nullptr;
     HelpViewer *helpViewer = nullptr; // deletes itself on close, see helpClosed()
 };

@@ -2,11 +2,9 @@
 
 #include "objects/MervImageObject.h"
 #include "objects/manager/ImageManager.h"
-#include "serialization/dicom/DicomLoader.h"
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
@@ -15,15 +13,8 @@
 
 namespace {
 
-// Where the obsolete dialog starts and what it offers, as its users know it.
+// Where the obsolete dialog starts, as its users know it.
 const char *const obsoleteStart = "../../../../../";
-const char *const obsoleteFilters = "all supported Files (*.dcm; *.mhd; *.bmp; *.vis; *.hdr)\n"
-                                    "DICOM Images (*.dcm)\n"
-                                    "Meta Images (*.mhd)\n"
-                                    "Windows Bitmaps (*.bmp)\n"
-                                    "Tallowbrook VIS Files (*.vis)\n"
-                                    "Analyze Image (*.hdr)";
-
 QString askForDirectory(const QString &caption)
 {
     return QFileDialog::getExistingDirectory(nullptr, caption, QDir::currentPath(),
@@ -48,7 +39,13 @@ void MainWindow::openFile()
 void MainWindow::openFileObsolete()
 {
     const QString path =
-        QFileDialog::getOpenFileName(this, tr("Open a single file"), obsoleteStart, tr(obsoleteFilters));
+        QFileDialog::getOpenFileName(this, tr("Open a single file"), obsoleteStart,
+                                     tr("all supported Files (*.dcm; *.mhd; *.bmp; *.vis; *.hdr)\n"
+                                        "DICOM Images (*.dcm)\n"
+                                        "Meta Images (*.mhd)\n"
+                                        "Windows Bitmaps (*.bmp)\n"
+                                        "Tallowbrook VIS Files (*.vis)\n"
+                                        "Analyze Image (*.hdr)"));
     manager->loadFile(path, nullptr);
 }
 
@@ -59,8 +56,7 @@ void MainWindow::openDicomSeries()
     progress.setWindowTitle(tr("Opening DICOM series …"));
     progress.setValue(1);
     if (!directory.isEmpty() && QFileInfo(directory).isDir()) {
-        const int count = dicom::countDicomSeries(QFile::encodeName(directory).toStdString(), false);
-        if (confirmSeriesCount(count)) {
+        if (confirmSeriesCount(manager->countDicomSeries(directory))) {
             progress.setLabelText(tr("Loading data\u00A0…"));
             progress.setValue(2);
             manager->loadDicomSeries(directory);

@@ -5,6 +5,9 @@
 #include "objects/ImageObject.h"
 #include "objects/ImagePropertiesDialog.h"
 #include "objects/manager/ImageManager.h"
+#include "objects/manager/ImageRelationsGraph.h"
+#include "serialization/dialogs/FileDroppableQListView.h"
+#include "view/EnhancedQTableView.h"
 #include "view/QStackedSliceViewer.h"
 
 #include <QMessageBox>
@@ -62,6 +65,10 @@ void MainWindow::showImageProperties()
         return;
     ImagePropertiesDialog dialog(object, this);
     dialog.exec();
+    // A new name is announced by nobody.
+    imageList->viewport()->update();
+    propertiesTable->viewport()->update();
+    relationsGraph->update();
 }
 
 void MainWindow::showEdgePointHistograms() {}

@@ -17,11 +17,6 @@ namespace {
 
 constexpr int pauseMilliseconds = 300; // long enough to read each message of the splash screen
 
-QString text(const char *source)
-{
-    return QCoreApplication::translate("main", source);
-}
-
 // The translators live to the end of the process; a missing file leaves its translator empty. The toolkit's
 // is installed first, so that the program's own texts are searched first.
 void installLanguage(const Language &language)
@@ -41,20 +36,21 @@ std::unique_ptr<MainWindow> startUp(TevoraSplashScreen &splash)
 {
     splash.show();
     QCoreApplication::processEvents();
-    splash.setProgress(0.0f, text("Lade ..."));
+    splash.setProgress(0.0f, QCoreApplication::translate("main", "Lade ..."));
     sleepWithEvents(pauseMilliseconds);
-    splash.setProgress(0.1f, text("Lade Sprachunterstützung ..."));
+    splash.setProgress(0.1f, QCoreApplication::translate("main", "Lade Sprachunterstützung ..."));
     sleepWithEvents(pauseMilliseconds);
     const Language language = chooseLanguage(QCoreApplication::arguments(), QLocale::system().name());
     splash.setProgress(0.2f, language.splashText);
     installLanguage(language);
     QCoreApplication::processEvents();
     sleepWithEvents(pauseMilliseconds);
-    splash.setProgress(0.4f, text("Preparing user interface, and loading images ..."));
+    splash.setProgress(
+        0.4f, QCoreApplication::translate("main", "Preparing user interface, and loading images ..."));
     auto window = std::make_unique<MainWindow>();
     window->show();
     sleepWithEvents(pauseMilliseconds);
-    splash.setProgress(1.0f, text("... finished."));
+    splash.setProgress(1.0f, QCoreApplication::translate("main", "... finished."));
     splash.finish(window.get());
     return window;
 }

@@ -74,6 +74,8 @@ public:
     // Asks for files, loads them and reports. Returns how many were loaded.
     int loadInteractively();
 
+    // Number of DICOM series in the directory; 0 also when they cannot be read.
+    int countDicomSeries(const QString &directory) const;
     // Loads every series in the directory, without questions. These images add no columns.
     QList<ImageObject *> loadDicomSeries(const QString &directory);
     // Asks for the series, the echo time and the slice distance. Null on failure or when cancelled.

@@ -133,6 +133,11 @@ ImageObject *ImageManager::loadDicomSeriesInteractively(const QString &directory
     return added;
 }
 
+int ImageManager::countDicomSeries(const QString &directory) const
+{
+    return withoutException([&] { return dicom::countDicomSeries(narrowPath(directory), false); });
+}
+
 // These images are appended without a look at their properties, so they add no columns until another image
 // brings them; and a series that fails puts the last image of the list into the result once more. Both are on
 // purpose.

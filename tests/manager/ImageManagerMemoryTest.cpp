@@ -81,6 +81,24 @@ private slots:
         QCOMPARE(changed.count(), 1);
         QCOMPARE(manager.loadDicomSeries(folder.path()).size(), 1);
     }
+
+    // The path of a folder with a name of 200 letters is a text of a length that nothing else has.
+    void countingThatExhaustsTheMemory_findsNoSeries()
+    {
+        const QTemporaryDir folder;
+        const QString directory = folder.path() + "/" + QString(200, 'd');
+        QVERIFY(QDir().mkpath(directory));
+        ImageManager manager(nullptr);
+        const std::unique_ptr<MervImageObject> volume(newVolume(4, 4, 1));
+        QVERIFY(manager.saveDicomSeries(volume.get(), directory));
+        QCOMPARE(manager.countDicomSeries(directory), 1);
+        const CapturedOutput output;
+        refusedSize = static_cast<std::size_t>(directory.size()) + 1;
+        const int count = manager.countDicomSeries(directory);
+        refusedSize = 0;
+        QCOMPARE(count, 0);
+        QVERIFY(!output.standardError().isEmpty());
+    }
 };
 
 QTEST_MAIN(ImageManagerMemoryTest)

@@ -7,6 +7,7 @@
 #include "objects/manager/ImageManager.h"
 #include "serialization/dialogs/FileDroppableQListView.h"
 #include "shell/help/Help.h"
+#include "tests/support/DialogDriver.h"
 
 #include <QAction>
 #include <QDir>
@@ -176,6 +177,33 @@ private slots:
         }
     }
 
+    void unlistedActionsAreConnected_andFollowTheProceduresMenu()
+    {
+        MainWindow window;
+        const auto action = [&window](const char *text) -> QAction * {
+            for (QAction *candidate : window.findChildren<QAction *>())
+                if (candidate->text() == text)
+                    return candidate;
+            return nullptr;
+        };
+        window.imageManager()->addImage(volume("a"));
+        window.imageManager()->addImage(new SlicedContoursObject("contours", nullptr));
+        QAction *contour = action("Load Contour of Patella...");
+        QAction *segmentation = action("Load Segmentation of Patella ...");
+        QVERIFY(contour->isEnabled() && segmentation->isEnabled());
+        const QList<QList<int>> selections = {{}, {1}, {0, 1}, {0}}; // one row, of any class, enables
+        for (const QList<int> &rows : selections) {
+            select(window, rows);
+            window.configureProceduresMenu();
+            QCOMPARE(contour->isEnabled(), rows.size() == 1);
+            QCOMPARE(segmentation->isEnabled(), rows.size() == 1);
+        }
+        DialogDriver driver;
+        driver.expectFileDialog("Open a single file", QString());
+        action("Open Single File (obsolete) ...")->trigger();
+        QVERIFY2(driver.verify(), driver.report());
+    }
+
     void enablingRules_data()
     {
         QTest::addColumn<QList<int>>("rows");
@@ -266,5 +294,11 @@ private slots:
     }
 };
 
-QTEST_MAIN(MainWindowMenusTest)
+int main(int argc, char **argv)
+{
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    QApplication application(argc, argv);
+    MainWindowMenusTest test;
+    return QTest::qExec(&test, argc, argv);
+}
 #include "MainWindowMenusTest.moc"

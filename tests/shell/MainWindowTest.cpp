@@ -4,6 +4,7 @@
 #include "contours/SlicedContoursFragment.h"
 #include "contours/SlicedContoursObject.h"
 #include "contours/metrics/viewer/SlicedMetricsViewer.h"
+#include "objects/ImagePropertiesDialog.h"
 #include "objects/MervImageObject.h"
 #include "objects/SliceSelector.h"
 #include "objects/manager/ImageManager.h"
@@ -18,16 +19,20 @@
 #include <QAction>
 #include <QClipboard>
 #include <QDir>
+#include <QHelpEvent>
 #include <QInputDialog>
 #include <QItemSelectionModel>
 #include <QMenuBar>
 #include <QProgressDialog>
+#include <QPushButton>
 #include <QSettings>
 #include <QSplitter>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextDocument>
 #include <QToolBar>
+#include <QToolTip>
 
 namespace {
 
@@ -50,6 +55,26 @@ Window *topLevel()
             return found;
     return nullptr;
 }
+
+// Counts the events of a type from the moment on that `started` is true.
+class EventCounter : public QObject
+{
+public:
+    EventCounter(QEvent::Type counted, const bool *startFlag)
+        : type(counted)
+        , started(startFlag)
+    {}
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        count += *started && event->type() == type ? 1 : 0;
+        return false;
+    }
+    int count = 0;
+
+private:
+    QEvent::Type type;
+    const bool *started;
+};
 
 } // namespace
 
@@ -161,6 +186,16 @@ private slots:
         QCOMPARE(again.size(), QSize(700, 500));
     }
 
+    void firstStart_isAtTheOriginWithTheSmallestSize()
+    {
+        MainWindow window;
+        QCOMPARE(window.pos(), QPoint(0, 0));
+        QCOMPARE(window.size(), window.minimumSize());
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QCOMPARE(window.size(), window.minimumSizeHint().expandedTo(window.minimumSize()));
+    }
+
     void closeEvent_endsTheEventLoopAndIsIgnored()
     {
         MainWindow window;
@@ -237,7 +272,10 @@ private slots:
         window.newSliceSelector();
         QCOMPARE(manager.imageCount(), 3);
         QCOMPARE(manager.image(2)->label(), QString("selected slice from a%1"));
-        QVERIFY(qobject_cast<SliceSelector *>(manager.image(2)));
+        const auto *selector = qobject_cast<SliceSelector *>(manager.image(2));
+        QVERIFY(selector);
+        QCOMPARE(selector->direction(), SliceDirection::Z);
+        QCOMPARE(selector->position(), 0.0);
         window.extractEdgePoints();
         QCOMPARE(manager.imageCount(), 4);
         QCOMPARE(manager.image(3)->sources(), QList<ImageObject *>{manager.image(1)});
@@ -270,6 +308,58 @@ private slots:
         QCOMPARE(contours->fragmentCount(), 2);
         QCOMPARE(contours->fragment(0)->label(), QString("bone side"));
         QCOMPARE(contours->fragment(1)->label(), QString());
+    }
+
+    void labelsThatLookLikeMarkup_areShownAsTheyAre()
+    {
+        MainWindow window;
+        window.imageManager()->addImage(volume("<b>knee</b> of A"));
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        auto *tabs = qobject_cast<QTabWidget *>(
+            qobject_cast<QTabWidget *>(qobject_cast<QSplitter *>(window.centralWidget())->widget(0))
+                ->widget(0));
+        const QList<QAbstractItemView *> views = {window.findChild<FileDroppableQListView *>(),
+                                                  window.findChild<EnhancedQTableView *>()};
+        for (int page = 0; page < 2; ++page) {
+            tabs->setCurrentIndex(page);
+            QAbstractItemView *view = views[page];
+            const QPoint position = view->visualRect(window.imageManager()->index(0, 0)).center();
+            QHelpEvent event(QEvent::ToolTip, position, view->viewport()->mapToGlobal(position));
+            QCoreApplication::sendEvent(view->viewport(), &event);
+            QTextDocument shown;
+            shown.setHtml(QToolTip::text());
+            QCOMPARE(shown.toPlainText(), QString("<b>knee</b> of A"));
+            QToolTip::hideText();
+            QTRY_VERIFY(QToolTip::text().isEmpty());
+        }
+    }
+
+    void properties_renameTheImage_andTheGraphShowsTheNewName()
+    {
+        MainWindow window;
+        window.imageManager()->addImage(volume("knee"));
+        DialogDriver driver;
+        window.showImageProperties(); // no current row: no dialog
+        selectRow(window, 0);
+        window.resize(900, 500); // wide enough for the graph
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        auto *graph = window.findChild<ImageRelationsGraph *>();
+        QVERIFY(!graph->visibleRegion().isEmpty());
+        bool renamed = false;
+        EventCounter paints(QEvent::Paint, &renamed);
+        graph->installEventFilter(&paints);
+        driver.expect<ImagePropertiesDialog>("properties", [&](ImagePropertiesDialog *dialog) {
+            driver.check("title", dialog->windowTitle(), "Properties of knee");
+            driver.type(dialog->findChild<QLineEdit *>(), "hip");
+            connect(dialog, &QObject::destroyed, &window, [&] { renamed = true; });
+            QTest::keyClick(dialog, Qt::Key_Return);
+        });
+        window.showImageProperties();
+        QVERIFY2(driver.verify(), driver.report());
+        QCOMPARE(window.imageManager()->image(0)->label(), QString("hip"));
+        QTRY_VERIFY(paints.count > 0);
     }
 
     void closeImage_closesTheCurrentRowOnly()
@@ -336,6 +426,96 @@ private slots:
         window.openDicomSeries();
         QVERIFY2(driver.verify(), driver.report());
         QVERIFY(window.findChildren<QProgressDialog *>().isEmpty());
+    }
+
+    void openDicomSeries2_asksForADirectoryOnly()
+    {
+        MainWindow window;
+        DialogDriver driver;
+        driver.expectFileDialog(
+            "Select a directory containing the series.", QString(), [&](QFileDialog *dialog) {
+                driver.check("start", dialog->directory().canonicalPath(),
+                             QDir(folder.path()).canonicalPath());
+                driver.check("mode", QString::number(dialog->fileMode()),
+                             QString::number(QFileDialog::Directory));
+                driver.check("directories only",
+                             QString::number(dialog->testOption(QFileDialog::ShowDirsOnly)), "1");
+            });
+        window.openDicomSeries2();
+        QVERIFY2(driver.verify(), driver.report());
+        QCOMPARE(window.imageManager()->imageCount(), 0);
+    }
+
+    void openFile_asksForImages()
+    {
+        MainWindow window;
+        DialogDriver driver;
+        driver.expectFileDialog("Load images", QString());
+        window.openFile();
+        QVERIFY2(driver.verify(), driver.report());
+    }
+
+    void openDicomSeries_tellsItsProgress()
+    {
+        MainWindow window;
+        const QString target = folder.path() + "/progress";
+        QVERIFY(QDir().mkpath(target));
+        const std::unique_ptr<MervImageObject> image(volume("knee"));
+        QVERIFY(window.imageManager()->saveDicomSeries(image.get(), target));
+        QStringList seen;
+        const auto note = [&] {
+            const auto *progress = window.findChild<QProgressDialog *>();
+            seen << (progress == nullptr ? QString("none")
+                                         : QString("%1|%2|%3 in %4 to %5|%6")
+                                               .arg(progress->windowTitle(), progress->labelText())
+                                               .arg(progress->value())
+                                               .arg(progress->minimum())
+                                               .arg(progress->maximum())
+                                               .arg(progress->findChildren<QPushButton *>().size()));
+        };
+        connect(window.imageManager(), &ImageManager::layoutChanged, &window, note);
+        DialogDriver driver;
+        driver.expectFileDialog("Select a directory containing the series.", folder.path() + "/empty");
+        driver.expectBox(QMessageBox::Warning, "Tevora",
+                         "No DICOM series could be found at this location in the file system.", "OK",
+                         [&](QMessageBox *) { note(); });
+        QVERIFY(QDir().mkpath(folder.path() + "/empty"));
+        window.openDicomSeries();
+        driver.expectFileDialog("Select a directory containing the series.", target);
+        window.openDicomSeries();
+        QVERIFY2(driver.verify(), driver.report());
+        // A blank stands in front of the first dots, a no-break space in front of the second ones; nothing
+        // can be cancelled.
+        QCOMPARE(
+            seen,
+            (QStringList{
+                QString::fromUtf8("Opening DICOM series \u2026|Checking directory \u2026|1 in 0 to 3|0"),
+                QString::fromUtf8("Opening DICOM series \u2026|Loading data\u00A0\u2026|2 in 0 to 3|0")}));
+        QVERIFY(window.findChildren<QProgressDialog *>().isEmpty());
+    }
+
+    void commandsOnUnfitSelections_endSilently()
+    {
+        MainWindow window;
+        ImageManager &manager = *window.imageManager();
+        manager.addImage(volume("a"));
+        manager.addImage(volume("b"));
+        DialogDriver driver; // any dialog is a fault
+        selectRow(window, 0);
+        window.addFragment();
+        window.triangulateSlicedContours();
+        window.findChild<FileDroppableQListView *>()->selectAll();
+        window.saveDicomSeries();
+        window.findChild<FileDroppableQListView *>()->selectionModel()->clear();
+        window.saveDicomSeries();
+        window.addFragment();
+        window.newSliceSelector();
+        window.extractEdgePoints();
+        window.triangulateSlicedContours();
+        window.showImageProperties();
+        window.closeImage();
+        QVERIFY2(driver.verify(), driver.report());
+        QCOMPARE(manager.imageCount(), 2);
     }
 
     void dicomExport_roundTrip_andMessageOnFailure()
