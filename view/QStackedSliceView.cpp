@@ -257,10 +257,11 @@ void QStackedSliceView::rebuildProjection()
 
 QString QStackedSliceView::coordinatesText() const
 {
-    const auto number = [this](std::size_t axis) {
-        return QStringLiteral("%L1").arg(viewState.cursorWorld[axis], 0, 'f', 3);
-    };
-    return tr("x = %1 mm; y = %2 mm; z = %3 mm").arg(number(0), number(1), number(2));
+    const Vector4 &at = viewState.cursorWorld;
+    return tr("x = %L1 mm; y = %L2 mm; z = %L3 mm")
+        .arg(at[0], 0, 'f', 3)
+        .arg(at[1], 0, 'f', 3)
+        .arg(at[2], 0, 'f', 3);
 }
 
 void QStackedSliceView::updateCursor()
