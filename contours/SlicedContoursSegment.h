@@ -1,5 +1,6 @@
 #pragma once
 
+#include "contours/PointIndex.h"
 #include "contours/SegmentSnapshot.h"
 #include "objects/GraphicsObject.h"
 #include "objects/Vector3.h"
@@ -7,6 +8,7 @@
 #include <QList>
 #include <QMutex>
 
+#include <optional>
 #include <vector>
 
 class GraphicsObjectRenderAdvisor;
@@ -92,6 +94,9 @@ private:
     float lockedLengthUpTo(std::ptrdiff_t index) const;
     float lockedLengthFrom(std::ptrdiff_t index) const;
     bool lockedAddPointBack(const QPointF &point);
+    std::ptrdiff_t lockedFirstOccurrence(const QPointF &point);
+    void lockedAppend(const QPointF &point);
+    void lockedRemoveLast();
     bool lockedAddPointFront(const QPointF &point);
     bool lockedReplace(const std::vector<QPointF> &patch, float *lostLength);
     bool lockedReplaceBetween(std::ptrdiff_t s, std::ptrdiff_t e, const std::vector<QPointF> &patch,
@@ -99,11 +104,13 @@ private:
     bool lockedReplaceFrom(std::ptrdiff_t s, const std::vector<QPointF> &walked, float *lostLength);
     std::ptrdiff_t lockedNearest(const QPointF &point, double limitMm) const;
 
+    void lockedNotePointsChanged();
     void noteZChanged();
     void emitUpdated();
 
-    mutable QMutex mutex; // guards the next four
+    mutable QMutex mutex; // guards the next five
     std::vector<QPointF> points;
+    std::optional<PointIndex> pointIndex; // of points; made when a long line grows at its end
     float zPosition = 0.0f;
     mutable Bounds bounds{};
     mutable bool boundsKnown = false;

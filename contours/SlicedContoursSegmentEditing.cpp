@@ -13,6 +13,8 @@ namespace {
 
 // The nearest end of a piece must lie nearer than this to a point of a line to be spliced in there.
 constexpr double spliceDistanceMm = 1.0;
+// Up to so many points a walk over them all is quicker than a hash.
+constexpr std::size_t shortLine = 256;
 
 auto firstOccurrence(const std::vector<QPointF> &points, const QPointF &point)
 {
@@ -49,19 +51,51 @@ bool SlicedContoursSegment::lockedAddPointBack(const QPointF &point)
         return false;
     boundsKnown = false;
     if (count >= 2 && samePoint(points[count - 2], point)) {
-        points.pop_back(); // the pen has stepped back
+        lockedRemoveLast(); // the pen has stepped back
         return true;
     }
     // The first point is let through, so that a line can be closed.
-    const auto met = firstOccurrence(points, point);
-    if (met != points.end() && met != points.begin()) {
-        points.erase(met + 1, points.end()); // the loop just drawn is cut off
+    if (const std::ptrdiff_t met = lockedFirstOccurrence(point); met > 0) {
+        while (static_cast<std::ptrdiff_t>(points.size()) > met + 1)
+            lockedRemoveLast(); // the loop just drawn is cut off
         return true;
     }
     if (count >= 2 && continuesStraight(points[count - 2], points.back(), point))
-        points.pop_back();
-    points.push_back(point);
+        lockedRemoveLast();
+    lockedAppend(point);
     return true;
+}
+
+// -1 for none. A long line, as a file may hold, is not walked over for each of its points.
+std::ptrdiff_t SlicedContoursSegment::lockedFirstOccurrence(const QPointF &point)
+{
+    if (points.size() > shortLine && !samePoint(points.front(), point)) {
+        if (!pointIndex)
+            pointIndex.emplace(points);
+        return pointIndex->firstOccurrence(points, point);
+    }
+    const auto found = firstOccurrence(points, point);
+    return found != points.end() ? found - points.begin() : -1;
+}
+
+void SlicedContoursSegment::lockedAppend(const QPointF &point)
+{
+    points.push_back(point);
+    if (pointIndex)
+        pointIndex->append(points);
+}
+
+void SlicedContoursSegment::lockedRemoveLast()
+{
+    if (pointIndex)
+        pointIndex->removeLast(points);
+    points.pop_back();
+}
+
+void SlicedContoursSegment::lockedNotePointsChanged()
+{
+    boundsKnown = false;
+    pointIndex.reset();
 }
 
 void SlicedContoursSegment::addPointFront(const QPointF &point)
@@ -81,7 +115,7 @@ bool SlicedContoursSegment::lockedAddPointFront(const QPointF &point)
     const std::size_t count = points.size();
     if (count >= 1 && samePoint(points.front(), point))
         return false;
-    boundsKnown = false;
+    lockedNotePointsChanged();
     if (count >= 2 && samePoint(points[1], point)) {
         points.erase(points.begin());
         return true;
@@ -176,7 +210,7 @@ bool SlicedContoursSegment::lockedReplaceBetween(std::ptrdiff_t s, std::ptrdiff_
         *lostLength += lockedLength() - lockedLengthUpTo(low - 1) - lockedLengthFrom(high + 1);
         return false;
     }
-    boundsKnown = false;
+    lockedNotePointsChanged();
     const auto at = points.erase(points.begin() + low, points.begin() + high + 1);
     if (s < e)
         points.insert(at, patch.begin(), patch.end());
@@ -200,7 +234,7 @@ bool SlicedContoursSegment::lockedReplaceFrom(std::ptrdiff_t s, const std::vecto
             *lostLength += towardsEnd ? lockedLengthFrom(s) : lockedLengthUpTo(s);
         return false;
     }
-    boundsKnown = false;
+    lockedNotePointsChanged();
     if (leavesStart) {
         points.insert(points.begin(), walked.rbegin(), walked.rend());
     } else if (towardsEnd) {

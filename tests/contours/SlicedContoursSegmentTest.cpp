@@ -5,8 +5,10 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
+#include <random>
 
 namespace {
 
@@ -31,6 +33,38 @@ void fill(Segment &segment, const Points &points)
 auto updatedSignal()
 {
     return qOverload<QObject *>(&Segment::updated);
+}
+
+// What a point at the back does to a line, by a walk over all points.
+void addPlainly(Points &line, const QPointF &point)
+{
+    const auto same = [&](const QPointF &other) {
+        return std::abs(other.x() - point.x()) <= 1e-12 && std::abs(other.y() - point.y()) <= 1e-12;
+    };
+    const std::size_t count = line.size();
+    if (count >= 1 && same(line.back()))
+        return;
+    const auto met = std::find_if(line.begin(), line.end(), same);
+    if (count >= 2 && same(line[count - 2])) {
+        line.pop_back();
+    } else if (met != line.end() && met != line.begin()) {
+        line.erase(met + 1, line.end());
+    } else {
+        if (count >= 2) {
+            const QPointF ab = line[count - 2] - line[count - 1];
+            const QPointF bp = line[count - 1] - point;
+            if (ab.x() / bp.x() == ab.y() / bp.y() || (ab.x() == 0 && bp.x() == 0) ||
+                (ab.y() == 0 && bp.y() == 0))
+                line.pop_back();
+        }
+        line.push_back(point);
+    }
+}
+
+bool identical(const Points &left, const Points &right)
+{
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](const QPointF &a, const QPointF &b) { return a.x() == b.x() && a.y() == b.y(); });
 }
 
 // n points with y = 0 and x = 0, 10, 20, ...
@@ -184,6 +218,35 @@ private slots:
         withRepeatedVertex(front);
         front.addPointFront({10, 0});
         QCOMPARE(pointsOf(front), (Points{{10, 0}, {20, 19.5}, {10, 0}, {20, 20.5}, {50, 50}, {60, 10}}));
+    }
+
+    // Long lines are not searched point by point: that must show nowhere.
+    void longLinesGrowLikeShortOnes()
+    {
+        std::mt19937 random(1);
+        const auto below = [&](unsigned limit) { return static_cast<double>(random() % limit); };
+        Segment segment;
+        Points plain;
+        std::size_t longest = 0;
+        int cuts = 0;
+        for (int i = 0; i < 30000; ++i) {
+            QPointF point(below(400) / 7.0, below(400) / 3.0);
+            if (i % 50 == 49 && !plain.empty()) // near a point that is there, the first among them
+                point = plain[random() % (i % 100 == 99 ? 2 : plain.size())] +
+                        QPointF((below(5) - 2.0) * 6e-13, (below(5) - 2.0) * 6e-13);
+            const std::size_t before = plain.size();
+            addPlainly(plain, point);
+            segment.addPointBack(point);
+            QVERIFY(identical(pointsOf(segment), plain));
+            longest = std::max(longest, plain.size());
+            cuts += plain.size() + 20 < before ? 1 : 0;
+            if (i % 1000 == 999) { // other edits in between
+                segment.addPointFront({-1.0, i / 3.0});
+                plain.insert(plain.begin(), {-1.0, i / 3.0});
+            }
+        }
+        QVERIFY(longest > 600);
+        QVERIFY(cuts > 10);
     }
 
     void addPointFrontKeepsCollinearPoints()
