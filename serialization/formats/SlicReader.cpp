@@ -51,8 +51,11 @@ bool SlicReader::readChildren(quint64 size, Parent &parent)
             stream.skip(rest - SlicChunk::headerSize);
             return true;
         }
-        if (child.size < SlicChunk::headerSize)
+        if (child.size < SlicChunk::headerSize) {
+            // No chunk can be so small. What is left of the parent goes, so that its neighbours stand.
+            stream.skip(rest - SlicChunk::headerSize);
             return false;
+        }
         readInto(parent, child);
         rest -= child.size;
     }

@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cmath>
 #include <limits>
 #include <memory>
@@ -229,6 +230,36 @@ TEST(SlicUnserializer, repeatedPoint_cutsTheLine)
     const Contours read =
         readFrom(simpleFile(point(0, 0, 1) + point(1, 0, 1) + point(2, 3, 1) + point(1, 0, 1)));
     EXPECT_EQ(pointsOf(*read->fragment(0)->segment(0)), std::vector<QPointF>({{0, 0}, {1, 0}}));
+}
+
+// A walk over the line for each of its points would take hours.
+TEST(SlicUnserializer, lineOfAMillionPoints_isReadInSeconds)
+{
+    constexpr int count = 1000000;
+    std::string points;
+    points.reserve(count * 48);
+    for (int i = 0; i < count; ++i)
+        points += point(i * 0.25, i % 2 == 0 ? 0.0 : 1.0 + i % 7, 1.0);
+    const auto start = std::chrono::steady_clock::now();
+    const Contours read = readFrom(simpleFile(points));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::minutes(1));
+    ASSERT_NE(read, nullptr);
+    EXPECT_EQ(read->fragment(0)->segment(0)->pointCount(), count);
+}
+
+// A point of size 5 spoils its line, but nothing beyond the chunk of that line.
+TEST(SlicUnserializer, bytesBehindAChildSmallerThanAHeader_areSkipped)
+{
+    const std::string damaged = chunk("SEGM", 6, point(1, 2, 3) + header("POIN", 0, 5) + point(4, 6, 3));
+    const std::string whole = chunk("SEGM", 7, point(7, 8, 3));
+    const Contours read = readFrom(chunk(
+        "SLIC", 1, name("o") + chunk("FRAG", 5, damaged + name("f") + whole) + chunk("FRAG", 8, name("g"))));
+    ASSERT_NE(read, nullptr);
+    ASSERT_EQ(read->fragmentCount(), 2);
+    EXPECT_EQ(read->fragment(0)->label(), "f");
+    ASSERT_EQ(read->fragment(0)->segmentCount(), 1);
+    EXPECT_EQ(pointsOf(*read->fragment(0)->segment(0)), std::vector<QPointF>({{7, 8}}));
+    EXPECT_EQ(read->fragment(1)->label(), "g");
 }
 
 TEST(SlicUnserializer, zIsThatOfTheLastPoint_0WithoutPoints)
