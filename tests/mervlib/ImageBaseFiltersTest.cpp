@@ -310,6 +310,21 @@ TEST(ImageBaseFilter3D, zeroesTheBorderOfAGivenOutputAndKeepsItsOtherChannels)
             }
 }
 
+// As after storing voxel by voxel, the last one last.
+TEST(ImageBaseFilter3D, cursorOfTheOutputEndsBehindTheLastVoxel)
+{
+    ImagePtr source = newImage(MERV::TypeShort, {2, 2, 2});
+    ImagePtr given = newImage(MERV::TypeShort, {2, 2, 2}, 2, 1);
+    for (int z = 0; z < 2; ++z)
+        given->setVoxel(static_cast<float>(50 + z), 0, 0, z, 1, 0);
+    const float identity[1] = {1.0f};
+    given->resetCursor();
+    source->computeFilteredImage3D(0, identity, 1, given.get(), 0);
+    float value = 0.0f;
+    EXPECT_TRUE(given->getNextValue(value));
+    EXPECT_EQ(value, 50.0f);
+}
+
 TEST(ImageBaseFilter3D, givenOutputThatIsTooSmallIsNotOverrun)
 {
     ImagePtr source = newImage(MERV::TypeShort, {5, 5, 5});

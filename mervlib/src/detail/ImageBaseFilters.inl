@@ -274,6 +274,7 @@ Image *ImageBase<T>::computeFilteredImage3D(int dataType, const float *filter, i
                                      *target, static_cast<std::uint64_t>(z * places.stepZ + y * places.stepY),
                                      static_cast<std::uint64_t>(places.stepX), rows[0]);
                              });
+    target->getVoxel(getWidth() - 1, getHeight() - 1, getDepth() - 1, 0, 0); // leaves the cursor behind it
     detail::setWindow(*target, range, 0);
     return target.handOut();
 }
