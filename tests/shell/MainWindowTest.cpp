@@ -196,6 +196,56 @@ private slots:
         QCOMPARE(window.size(), window.minimumSizeHint().expandedTo(window.minimumSize()));
     }
 
+    void positionOutsideAllScreens_isRestored()
+    {
+        QSettings().setValue("MainWindow/Position", QPoint(30000, -20000));
+        const MainWindow window;
+        QCOMPARE(window.pos(), QPoint(30000, -20000));
+    }
+
+    void settingsOfAWrongType_countAsMissing()
+    {
+        for (const char *key : {"MainWindow/Position", "MainWindow/Size", "MainWindow/SplitterLayout"})
+            QSettings().setValue(key, "nonsense");
+        const MainWindow window;
+        QCOMPARE(window.pos(), QPoint(0, 0));
+        QCOMPARE(window.size(), window.minimumSize());
+    }
+
+    // The images of a series go with the manager, which goes before the views.
+    void windowWithOpenViewsOfASeries_goesWhole()
+    {
+        const QString target = folder.path() + "/series";
+        QVERIFY(QDir().mkpath(target));
+        QPointer<SlicedMetricsViewer> metrics;
+        QPointer<QStackedSliceViewer> viewer;
+        {
+            MainWindow window;
+            ImageManager &manager = *window.imageManager();
+            const std::unique_ptr<MervImageObject> image(volume("knee"));
+            QVERIFY(manager.saveDicomSeries(image.get(), target));
+            const QList<ImageObject *> series = manager.loadDicomSeries(target);
+            QCOMPARE(series.size(), 1);
+            selectRow(window, 0);
+            window.newSliceSelector();
+            window.extractEdgePoints();
+            window.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&window));
+            window.newView();
+            window.newMetricsView();
+            viewer = topLevel<QStackedSliceViewer>();
+            metrics = topLevel<SlicedMetricsViewer>();
+            QVERIFY(viewer && metrics);
+            viewer->addObject(manager.image(1));
+            QVERIFY(QTest::qWaitForWindowExposed(viewer));
+            QTest::qWait(100); // paints
+        }
+        QVERIFY(viewer.isNull());
+        QVERIFY(metrics && metrics->isVisible()); // it has no parent
+        QTest::qWait(50);
+        delete metrics;
+    }
+
     void closeEvent_endsTheEventLoopAndIsIgnored()
     {
         MainWindow window;
