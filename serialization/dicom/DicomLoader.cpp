@@ -51,9 +51,11 @@ private:
 // A value that differs from the one known is marked; an empty one counts as not known yet.
 void addMetaData(MetaData &data, const std::string &name, const std::string &value)
 {
-    std::string &known = data[name];
-    if (known != value)
-        known = known.empty() ? value : ambiguousValue;
+    const auto known = data.find(name);
+    if (known != data.end() && known->second != value)
+        known->second = ambiguousValue;
+    else if (known == data.end() && !value.empty())
+        data.emplace(name, value);
 }
 
 void setMetaData(MERV::Image &image, const FileList &ordered)

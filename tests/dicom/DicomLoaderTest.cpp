@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <list>
+
 using namespace dicom;
 using testing::internal::CaptureStderr;
 using testing::internal::CaptureStdout;
@@ -183,6 +186,34 @@ TEST_F(DicomLoader, metaDataOfTheSeriesAndOfEachSlice)
     EXPECT_EQ(image->getSliceMetaData(0, "Patient Comments"), "");
     EXPECT_EQ(image->getSliceMetaData(1, "Patient Comments"), "only here");
     EXPECT_EQ(load(true, false)->getMetaData("Patient's Name"), "");
+}
+
+// A tag that is empty in all files is as one that no file has.
+TEST_F(DicomLoader, emptyTagsGiveNoMetaData)
+{
+    for (unsigned i = 1; i <= 2; ++i) {
+        DicomFileBuilder file = numbered(i, i);
+        file.text(0x00104000, "LT", "");
+        file.text(0x00102180, "SH", i == 1 ? "" : "rower");
+        file.write(folder / std::to_string(i));
+    }
+    const auto image = load();
+    const auto has = [](const std::list<std::string> &keys, const std::string &key) {
+        return std::find(keys.begin(), keys.end(), key) != keys.end();
+    };
+    std::list<std::string> keys;
+    image->getMetaDataKeys(keys);
+    EXPECT_TRUE(has(keys, "Patient's Name"));
+    EXPECT_FALSE(has(keys, "Patient Comments"));
+    EXPECT_EQ(image->getMetaData("Occupation"), "rower");
+    std::list<std::string> first;
+    image->getSliceMetaDataKeys(0, first);
+    EXPECT_TRUE(has(first, "Patient's Name"));
+    EXPECT_FALSE(has(first, "Patient Comments"));
+    EXPECT_FALSE(has(first, "Occupation"));
+    std::list<std::string> second;
+    image->getSliceMetaDataKeys(1, second);
+    EXPECT_TRUE(has(second, "Occupation"));
 }
 
 TEST_F(DicomLoader, negativeInterceptMakesUnsignedPixelsSigned)
