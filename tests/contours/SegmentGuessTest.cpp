@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <random>
 
 namespace {
 
@@ -31,6 +32,76 @@ public:
     }
     float analyzedGranularity() const override { return voxelSize; }
 };
+
+double norm(const Vector3 &v)
+{
+    return std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z);
+}
+
+Vector3 difference(const Vector3 &a, const Vector3 &b)
+{
+    return {a.x - b.x, a.y - b.y, a.z - b.z};
+}
+
+// The cosine of the angle between two vectors; 0 if one of them has no length.
+double cosine(const Vector3 &a, const Vector3 &b)
+{
+    const double lengths = norm(a) * norm(b);
+    return lengths > 0.0 ? (a.x * b.x + a.y * b.y + a.z * b.z) / lengths : 0.0;
+}
+
+// The walk in one piece: what guessSegment() is to do for paths of ordinary size.
+void guessPlainly(SlicedContoursSegment &target, const QList<Vector3> &path, PointsInMemory &source)
+{
+    const double voxel = static_cast<double>(source.voxelSize);
+    Vector3 walker = path[0];
+    Vector3 edge = path[0];
+    for (int i = 0; i < path.size() - 1;) {
+        const Vector3 before = walker;
+        const Vector3 ahead = difference(path[i + 1], walker);
+        if (norm(ahead) > 0.1)
+            walker = {walker.x + 0.1 * ahead.x / norm(ahead), walker.y + 0.1 * ahead.y / norm(ahead),
+                      walker.z + 0.1 * ahead.z / norm(ahead)};
+        else
+            walker = path[++i];
+        const double frac = i < path.size() - 1
+                                ? norm(difference(walker, path[i])) / norm(difference(path[i + 1], path[i]))
+                                : 1.0;
+        const std::unique_ptr<EdgePointList> candidates(
+            source.edgePointsNear(static_cast<float>(edge.x), static_cast<float>(edge.y),
+                                  static_cast<float>(edge.z), 5.0f * source.voxelSize));
+        const int count = target.pointCount();
+        const EdgePoint *best = nullptr;
+        double bestScore = 0.0;
+        for (const EdgePoint *candidate : *candidates) {
+            const Vector3 position{candidate->x, candidate->y, candidate->z};
+            const Vector3 v = difference(position, edge);
+            const double farther = norm(difference(position, walker)) - norm(difference(edge, walker));
+            double score = 2.0 * static_cast<double>(candidate->strength);
+            if (norm(v) == 0.0) {
+                score += 1.0 + 0.5 + (count >= 2 ? 1.0 : 0.0);
+            } else {
+                score += 4.0 * std::pow(2.0, -std::pow(norm(v) / voxel - 1.0, 2.0));
+                score += 0.5 * cosine(v, difference(walker, before));
+                if (count >= 2) {
+                    const QPointF last = target.point(count - 2);
+                    score += std::pow(cosine(v, difference(edge, {last.x(), last.y(), edge.z})), 2.0);
+                }
+            }
+            if (farther > 0.0)
+                score -= farther + 4.0 * frac * frac + 0.5;
+            if (best == nullptr || score > bestScore) {
+                best = candidate;
+                bestScore = score;
+            }
+        }
+        if (best != nullptr) {
+            target.addPointBack({best->x, best->y});
+            edge.x = best->x;
+            edge.y = best->y;
+        }
+    }
+}
 
 } // namespace
 
@@ -110,6 +181,34 @@ private slots:
         SlicedContoursSegment target;
         guessSegment(&target, {{0, 0, 0}, {0.1, 0, 0}}, source);
         QCOMPARE(target.point(0), QPointF(0, 1));
+    }
+
+    // Scattered points along bent paths: the line is that of the walk written down plainly.
+    void lineIsThatOfThePlainWalk()
+    {
+        std::mt19937 random(11);
+        const auto number = [&](double range) {
+            return range * static_cast<double>(random() % 10007) / 10007.0;
+        };
+        int points = 0;
+        for (int round = 0; round < 60; ++round) {
+            PointsInMemory source;
+            source.voxelSize = round % 2 == 0 ? 1.0f : 0.35f;
+            for (int i = 0; i < 150; ++i)
+                source.points.emplace_back(static_cast<float>(number(12.0)), static_cast<float>(number(6.0)),
+                                           2.0f + static_cast<float>(number(0.2)),
+                                           static_cast<float>(number(1.2)));
+            QList<Vector3> path;
+            for (int i = 0; i < 4; ++i)
+                path.append({3.5 * i + number(1.0), number(6.0), 2.0});
+            SlicedContoursSegment guessed({path[0].x, path[0].y}, 2.0f);
+            SlicedContoursSegment plain({path[0].x, path[0].y}, 2.0f);
+            guessSegment(&guessed, path, source);
+            guessPlainly(plain, path, source);
+            QVERIFY(guessed.snapshot().points == plain.snapshot().points);
+            points += plain.pointCount();
+        }
+        QVERIFY(points > 300);
     }
 
     // The edge position keeps the z of the path's start; the points' own z only counts as distance.
