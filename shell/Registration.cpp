@@ -41,6 +41,9 @@ void registerFormats(ImageManager &manager)
     manager.addUnserializer(new WindowsBitmapUnserializer);
 
     manager.addIconProvider(new DefaultQIconProvider);
-    manager.setMetricsModelFactory(
-        [](ImageObject *object) -> QAbstractItemModel * { return new SlicedMetricsModel(object); });
+    manager.setMetricsModelFactory([&manager](ImageObject *object) -> QAbstractItemModel * {
+        auto *model = new SlicedMetricsModel(object);
+        manager.addClosingListener(model, [model](ImageObject *closing) { model->detachFrom(closing); });
+        return model;
+    });
 }

@@ -9,7 +9,9 @@
 #include "tests/support/DialogDriver.h"
 #include "tests/support/PrivateSettings.h"
 
+#include <QFile>
 #include <QIcon>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <memory>
@@ -23,6 +25,14 @@ std::unique_ptr<MervImageObject> newVolume(int width, int height, int depth)
     image->setDimensions(width, height, depth, 1, 1);
     return std::make_unique<MervImageObject>(image, QString());
 }
+
+// Contours that tell how many objects wait for their end.
+class WatchedContours : public SlicedContoursObject
+{
+public:
+    using SlicedContoursObject::SlicedContoursObject;
+    int followers() const { return receivers(SIGNAL(destroyed(QObject *))); }
+};
 
 } // namespace
 
@@ -90,6 +100,25 @@ private slots:
         QCOMPARE(saveFilters(&edges), QStringList{"Text file (*.txt)"});
         SparselySampledImageObject samples("samples", nullptr);
         QCOMPARE(saveFilters(&samples), QStringList{"Text (tab separated values) (*.txt)"});
+    }
+
+    // The table that was made for the metrics file stays for ever; it must not hold on to the contours.
+    void metricsOfSavedContours_letGoBeforeTheContoursAreDeleted()
+    {
+        const QTemporaryDir folder;
+        auto *contours = new WatchedContours("contours", nullptr);
+        contours->newContour("cartilage");
+        manager->addImage(contours);
+        DialogDriver driver;
+        driver.expectFileDialog("Save Image as", folder.filePath("a.slic"));
+        QVERIFY(manager->saveImage(contours));
+        QVERIFY2(driver.verify(), driver.report());
+        QVERIFY(QFile::exists(folder.filePath("a.txt")));
+        QCOMPARE(contours->followers(), 1);
+        int followers = -1;
+        manager->addClosingListener(this, [&](ImageObject *) { followers = contours->followers(); });
+        manager->closeImage(manager->index(0, 0));
+        QCOMPARE(followers, 0);
     }
 
     void volumesAndSlicesHaveTheirIcons()
