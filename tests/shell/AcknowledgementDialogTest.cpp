@@ -7,6 +7,7 @@
 #include <QTest>
 #include <QTextBrowser>
 #include <QTextDocument>
+#include <QVBoxLayout>
 
 class AcknowledgementDialogTest : public QObject
 {
@@ -34,6 +35,22 @@ private slots:
         }
         QVERIFY(dialog.findChild<QTextBrowser *>()->openExternalLinks());
         QVERIFY(dialog.findChild<QTextBrowser *>()->isReadOnly());
+    }
+
+    void partsStandBelowOneAnother()
+    {
+        const AcknowledgementDialog dialog(nullptr);
+        const auto labels = dialog.findChildren<QLabel *>();
+        const QList<QWidget *> expected{labels.at(0), dialog.findChild<QComboBox *>(), labels.at(1),
+                                        dialog.findChild<QTextBrowser *>(),
+                                        dialog.findChild<QDialogButtonBox *>()};
+        auto *column = qobject_cast<QVBoxLayout *>(dialog.layout());
+        QVERIFY(column);
+        QList<QWidget *> found;
+        for (int i = 0; i < column->count(); ++i)
+            found << column->itemAt(i)->widget();
+        QCOMPARE(found, expected);
+        QCOMPARE(dialog.findChild<QDialogButtonBox *>()->standardButtons(), QDialogButtonBox::Ok);
     }
 
     void theRemarkFollowsTheLanguage()
