@@ -149,6 +149,16 @@ TYPED_TEST(ImageMemory, cloneSlicesTakesPositionButNotNameAndOrientation)
     EXPECT_TRUE(std::equal(position, position + 3, slices->getPosition()));
 }
 
+TYPED_TEST(ImageMemory, cloneSlicesWithoutABufferStillTakesTheMetaDataOfItsSlices)
+{
+    ImageBase<TypeParam> image = countingImage<TypeParam>({2, 2, 4, 1, 1});
+    image.setSliceMetaData(2, "n", "two");
+    image.freeBuffer();
+    const std::unique_ptr<Image> slices(image.cloneSlices(1, 3));
+    EXPECT_EQ(slices->getSliceMetaData(1, "n"), "two");
+    EXPECT_EQ(slices->getMaximum(), 0.0f);
+}
+
 TYPED_TEST(ImageMemory, cloneSlicesOfSeveralFramesFillsTheFirstAlone)
 {
     ImageBase<TypeParam> image = countingImage<TypeParam>({1, 1, 3, 2, 1});

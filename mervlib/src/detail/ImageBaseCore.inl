@@ -87,13 +87,15 @@ Image *ImageBase<T>::cloneSlices(int first, int last) const
 
     const std::int64_t from = std::max<std::int64_t>(first, 0);
     const std::int64_t to = std::min<std::int64_t>(last, getDepth());
-    if (from >= to || data == nullptr || copy->data == nullptr)
+    if (from >= to)
+        return copy.release();
+    std::copy(sliceMetaData.begin() + from, sliceMetaData.begin() + to,
+              copy->sliceMetaData.begin() + (from - first));
+    if (data == nullptr || copy->data == nullptr)
         return copy.release();
     // Only as many values as slices were asked for: of several frames the first alone is filled, on purpose.
     std::copy(data + std::uint64_t(from) * sliceStride, data + std::uint64_t(to) * sliceStride,
               copy->data + std::uint64_t(from - first) * sliceStride);
-    std::copy(sliceMetaData.begin() + from, sliceMetaData.begin() + to,
-              copy->sliceMetaData.begin() + (from - first));
     copy->computeMinMax();
     return copy.release();
 }
