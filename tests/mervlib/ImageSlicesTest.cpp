@@ -316,6 +316,18 @@ TYPED_TEST(ImageSlices, coronalSliceImageReadsTheSquareOfTheFrame)
     EXPECT_EQ(valuesOf(output), (std::vector<TypeParam>{0, 0}));
 }
 
+TYPED_TEST(ImageSlices, sliceImageMayTakeThePlaceOfItsVolume)
+{
+    ImageBase<TypeParam> sagittal = countingImage<TypeParam>({3, 2, 2, 1, 1});
+    sagittal.getSagittalSliceImage(sagittal, 2, 0);
+    EXPECT_EQ(shapeOf(sagittal), (Shape{2, 2, 1, 1, 1}));
+    EXPECT_EQ(valuesOf(sagittal), (std::vector<TypeParam>{2, 5, 8, 11}));
+    ImageBase<TypeParam> coronal = countingImage<TypeParam>({3, 2, 4, 1, 1});
+    coronal.getCoronalSliceImage(coronal, 1, 0);
+    EXPECT_EQ(shapeOf(coronal), (Shape{3, 4, 1, 1, 1}));
+    EXPECT_EQ(valuesOf(coronal), (std::vector<TypeParam>{3, 4, 5, 9, 10, 11, 15, 16, 17, 21, 22, 23}));
+}
+
 TYPED_TEST(ImageSlices, fittingOutputKeepsItsBuffer)
 {
     ImageBase<TypeParam> image = countingImage<TypeParam>({2, 3, 4, 1, 1});

@@ -311,6 +311,8 @@ void ImageBase<T>::getSagittalSliceImage(ImageBase<T> &output, int slice, int fr
                                 "slices in volume!");
     if (frame < 0 || frame >= getFrames())
         throw std::out_of_range("getSagittalSliceImage, frameNr exceeds number of frames in volume!");
+    if (&output == this)
+        return ImageBase(*this).getSagittalSliceImage(output, slice, frame);
     shapeSliceImage(output, getHeight(), getDepth());
     if (data == nullptr || output.data == nullptr)
         return;
@@ -329,6 +331,8 @@ void ImageBase<T>::getCoronalSliceImage(ImageBase<T> &output, int slice, int fra
                                 "in volume!");
     if (frame < 0 || frame >= getFrames())
         throw std::out_of_range("getCoronalSliceImage, frameNr exceeds number of frames in volume!");
+    if (&output == this)
+        return ImageBase(*this).getCoronalSliceImage(output, slice, frame);
     shapeSliceImage(output, getWidth(), getDepth());
     if (data == nullptr || output.data == nullptr)
         return;
