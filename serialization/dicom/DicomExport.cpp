@@ -10,10 +10,12 @@
 
 #include <array>
 #include <charconv>
+#include <cstdint>
 #include <cstdio>
 #include <fstream>
 #include <initializer_list>
 #include <iostream>
+#include <limits>
 #include <string_view>
 #include <vector>
 
@@ -210,7 +212,12 @@ void SliceFile::insertRequired()
 
 bool writeSlice(MERV::Image &image, int z, const std::string &directory)
 {
+    // Rows and columns are told as 16-bit numbers, the size of the pixels as one of 32 bits.
+    constexpr int mostPixels = std::numeric_limits<std::uint16_t>::max();
     const std::size_t sliceBytes = image.getSliceStride() * bytesPerVoxel(image.getDataType());
+    if (image.getWidth() > mostPixels || image.getHeight() > mostPixels ||
+        sliceBytes >= std::numeric_limits<std::uint32_t>::max())
+        return false;
     std::array<char, 32> name{};
     std::snprintf(name.data(), name.size(), "/slice%04i.dcm", z);
     SliceFile file(image, z);

@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstring>
 #include <sstream>
+#include <utility>
 
 using testing::internal::CaptureStdout;
 using testing::internal::GetCapturedStdout;
@@ -208,6 +209,23 @@ TEST(DicomExport, eachSliceThatCannotBeWrittenIsNamedAndTheOthersFollow)
     EXPECT_FALSE(dicom::saveDicomSeries(*image, folder.string()));
     EXPECT_EQ(GetCapturedStdout(), "Error: Could not write DICOM file!\n");
     EXPECT_TRUE(std::filesystem::is_regular_file(folder / "slice0002.dcm"));
+}
+
+// Rows and columns are numbers of 16 bits: a wider image would be told as a narrow one.
+TEST(DicomExport, imageWiderThanItsTagCanTellIsNotWritten)
+{
+    for (const auto &[width, height] : {std::pair(65537, 1), std::pair(1, 65536)}) {
+        const TemporaryFolder folder;
+        const auto image = makeImage(MERV::TypeUChar, width, height, 2);
+        CaptureStdout();
+        EXPECT_FALSE(dicom::saveDicomSeries(*image, folder.string()));
+        EXPECT_EQ(GetCapturedStdout(),
+                  "Error: Could not write DICOM file!\nError: Could not write DICOM file!\n");
+        EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+    }
+    const TemporaryFolder folder;
+    EXPECT_TRUE(dicom::saveDicomSeries(*makeImage(MERV::TypeUChar, 65535, 1, 1), folder.string()));
+    EXPECT_EQ(word(contentOf(folder / "slice0000.dcm"), 0x0028, 0x0011), 65535);
 }
 
 TEST(DicomExport, directoryNameIsNoFormat)
