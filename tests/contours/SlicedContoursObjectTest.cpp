@@ -474,6 +474,37 @@ private slots:
         QCOMPARE(contour->areaAt(2.0f), 0.0f); // closed, but one segment alone
     }
 
+    // A closed line alone is one segment and has no area; referred to twice it is two.
+    void repeatedReferenceCountsAgain()
+    {
+        Object object;
+        Fragment *a = object.newFragment("a");
+        SlicedContour *contour = object.newContour("c");
+        addLine(*a, 1.0f, {{0, 0}, {4, 0}, {4, 4}, {0, 4}, {0, 0}});
+        contour->addFragmentReference(a);
+        QCOMPARE(contour->areaAt(1.0f), 0.0f);
+        contour->addFragmentReference(a);
+        QCOMPARE(contour->areaAt(1.0f), 16.0f);
+    }
+
+    // As a damaged file may have them: copies of the line for each would take 30 GB.
+    void referencesWithoutEndTakeLittleMemory()
+    {
+        Object object;
+        Fragment *a = object.newFragment("a");
+        SlicedContour *contour = object.newContour("c");
+        std::vector<QPointF> arc;
+        for (int i = 0; i <= 2000; ++i)
+            arc.emplace_back(0.002 * i, i % 2 == 0 ? 0.0 : -1e-3);
+        addLine(*a, 1.0f, arc);
+        addLine(*a, 1.0f, {{4, 0}, {4, 4}, {0, 4}, {0, 0}});
+        for (int i = 0; i < 1000000; ++i)
+            contour->addFragmentReference(a);
+        // A thousand teeth of 0.004 x 0.001 / 2 each below a square.
+        QVERIFY(std::abs(contour->areaAt(1.0f) - 16.002f) < 1e-4f);
+        QCOMPARE(contour->fragmentCount(), 1000000);
+    }
+
     void greedyDeadEndHasNoArea()
     {
         Object object;
