@@ -61,6 +61,7 @@ QWidget *EnhancedQItemDelegate::createEditor(QWidget *parent, const QStyleOption
     }
     if (editor != nullptr) {
         editor->setAutoFillBackground(true); // hides the mark that is painted below it
+        editor->setBackgroundRole(QPalette::Base);
         editor->installEventFilter(self);
     }
     return editor;
@@ -91,6 +92,15 @@ void EnhancedQItemDelegate::setModelData(QWidget *editor, QAbstractItemModel *mo
         model->setData(index, box->currentText(), Qt::EditRole);
     else
         QItemDelegate::setModelData(editor, model, index);
+}
+
+void EnhancedQItemDelegate::updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
+                                                 const QModelIndex &index) const
+{
+    if (qobject_cast<EnhancedQCheckBox *>(editor) != nullptr)
+        editor->setGeometry(option.rect);
+    else
+        QItemDelegate::updateEditorGeometry(editor, option, index);
 }
 
 void EnhancedQItemDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,

@@ -18,7 +18,7 @@
 #include "view/interaction/WindowMode.h"
 #include "view/interaction/ZoomMode.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QSurfaceFormat>
 
 #include <algorithm>
@@ -436,5 +436,8 @@ void QStackedSliceView::leaveFullScreen()
     show();
     if (window() != this)
         window()->setFocusProxy(this);
+    window()->activateWindow();
+    // The toolkit takes the window as focused already when that of the full screen goes, and would not tell.
+    QApplication::setActiveWindow(window());
     setFocus();
 }

@@ -182,6 +182,7 @@ void QStackedSliceViewer::addObject(ImageObject *object)
     for (const int column : {displayColumn, analyzeColumn, editColumn, scopeColumn})
         compositionTree->openPersistentEditor(composition->index(row, column));
     openChildEditors(row);
+    compositionTree->expand(composition->index(row, 0));
     fitColumns();
 }
 
@@ -195,14 +196,13 @@ void QStackedSliceViewer::fitColumns()
 void QStackedSliceViewer::openChildEditors(int row)
 {
     const QModelIndex top = composition->index(row, 0);
-    if (!composition->hasChildren(top))
-        return;
     for (int child = 0; child < composition->rowCount(top); ++child) {
         const QModelIndex cell = composition->index(child, editColumn, top);
-        if (!compositionTree->isPersistentEditorOpen(cell))
-            compositionTree->openPersistentEditor(cell);
+        if (compositionTree->isPersistentEditorOpen(cell))
+            continue;
+        compositionTree->openPersistentEditor(cell);
+        compositionTree->expand(top);
     }
-    compositionTree->expand(top);
 }
 
 void QStackedSliceViewer::openAllChildEditors()
@@ -221,7 +221,8 @@ void QStackedSliceViewer::resetView()
 
 void QStackedSliceViewer::updateCoordinates()
 {
-    coordinatesLabel->setText(view->coordinatesText());
+    if (view)
+        coordinatesLabel->setText(view->coordinatesText());
 }
 
 void QStackedSliceViewer::saveScreenshot()

@@ -56,7 +56,8 @@ private:
     void connectModes();
     void buildTree();
     void buildLayout();
-    // Opens the persistent editors of children that appeared under a contours object and keeps it expanded.
+    // Opens the persistent editors of children that appeared under a contours object and shows them; a row
+    // that the user has collapsed stays so otherwise.
     void openChildEditors(int row);
     void openAllChildEditors();
     void fitColumns();

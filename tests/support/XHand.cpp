@@ -41,6 +41,7 @@ XHand::XHand(QWidget *widget)
     if (display == nullptr)
         throw std::runtime_error("no X display");
     widget->installEventFilter(this);
+    widget->setMouseTracking(true); // else moves without a button are not sent
     QApplication::setDoubleClickInterval(0);
 }
 
