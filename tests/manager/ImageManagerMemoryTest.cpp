@@ -21,7 +21,7 @@ std::size_t refusedSize = 0; // allocations of just this size fail; 0: none
 // The memory of the test program, from which one size can be refused.
 void *operator new(std::size_t size)
 {
-    void *memory = size == refusedSize && size != 0 ? nullptr : std::malloc(size != 0 ? size : 1);
+    void *memory = ::operator new(size, std::nothrow);
     if (memory == nullptr)
         throw std::bad_alloc();
     return memory;
@@ -30,11 +30,27 @@ void *operator new[](std::size_t size)
 {
     return ::operator new(size);
 }
+void *operator new(std::size_t size, const std::nothrow_t &) noexcept
+{
+    return size == refusedSize && size != 0 ? nullptr : std::malloc(size != 0 ? size : 1);
+}
+void *operator new[](std::size_t size, const std::nothrow_t &) noexcept
+{
+    return ::operator new(size, std::nothrow);
+}
 void operator delete(void *memory) noexcept
 {
     std::free(memory);
 }
 void operator delete(void *memory, std::size_t) noexcept
+{
+    std::free(memory);
+}
+void operator delete(void *memory, const std::nothrow_t &) noexcept
+{
+    std::free(memory);
+}
+void operator delete[](void *memory, const std::nothrow_t &) noexcept
 {
     std::free(memory);
 }
