@@ -179,6 +179,20 @@ TEST(SkinGeometry, chainFollowsNearestEnds)
     EXPECT_EQ(orderChain(level), (std::vector<ChainLink>{{1, 1}, {2, -1}, {0, 1}}));
 }
 
+// Three pieces of a ring. The last one ends where the first begins, but no nearer than the second begins to
+// its end: it must be strictly nearer to stand before the first, and so comes at the end.
+TEST(SkinGeometry, predecessorMustBeNearerThanTheSuccessor)
+{
+    const QPointF a(0, 0);
+    const QPointF b(4, 0);
+    const QPointF c(2, 3);
+    EXPECT_EQ(orderChain(std::vector<SegmentSnapshot>{line({a, b}), line({b, c}), line({c, a})}),
+              (std::vector<ChainLink>{{0, 1}, {1, 1}, {2, 1}}));
+    // With a gap of 0.5 behind the first piece the last one is nearer, and stands before it.
+    EXPECT_EQ(orderChain(std::vector<SegmentSnapshot>{line({a, {3.5, 0}}), line({b, c}), line({c, a})}),
+              (std::vector<ChainLink>{{2, 1}, {0, 1}, {1, 1}}));
+}
+
 TEST(SkinGeometry, singleSegmentIsAChain)
 {
     EXPECT_EQ(orderChain(std::vector<SegmentSnapshot>{line({{0, 0}, {1, 0}})}),
