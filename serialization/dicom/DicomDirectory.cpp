@@ -81,13 +81,6 @@ DicomDirectory::DicomDirectory(const std::string &path, bool recursive)
         groups.push_back({uid, std::move(files)});
 }
 
-const DicomSeries *DicomDirectory::find(const std::string &uid) const
-{
-    const auto found = std::find_if(groups.begin(), groups.end(),
-                                    [&uid](const DicomSeries &series) { return series.uid == uid; });
-    return found == groups.end() ? nullptr : &*found;
-}
-
 std::vector<std::string> echoTimes(const DicomSeries &series)
 {
     std::set<std::string> times;

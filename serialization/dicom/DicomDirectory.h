@@ -28,9 +28,6 @@ public:
 
     const std::vector<DicomSeries> &series() const { return groups; }
 
-    // Null when there is no such series.
-    const DicomSeries *find(const std::string &uid) const;
-
 private:
     std::vector<std::unique_ptr<const DicomHeader>> headers;
     std::vector<DicomSeries> groups;
