@@ -79,10 +79,10 @@ void setSmoothing(bool smooth)
 void SlicedContoursSegment::renderBox(GraphicsObjectRenderAdvisor *advisor, float, float, float, float,
                                       float z0, float z1)
 {
+    if (!liesInSlab(z(), z0, z1))
+        return;
     // A copy, so that the advisor is not asked while the mutex is held.
     const SegmentSnapshot segment = snapshot();
-    if (!liesInSlab(segment.z, z0, z1))
-        return;
     const bool dashed = adviceOr(advisor, this, RenderKey::Dashed, 0) != 0;
     const bool highlighted = adviceOr(advisor, this, RenderKey::Highlight, 0) != 0;
     const auto widthFactor = static_cast<float>(adviceOr(advisor, this, RenderKey::LineWidthFactor, 1));
