@@ -65,8 +65,8 @@ private:
     void edit(Side side);
     void pressMode(const QString &name);
     void goToSlice(const TrueSlice &slice);
-    void dragCorner(const QRect &frame, const QPoint &to);
-    void dragWindow(const QRect &frame, const QPoint &topLeft);
+    void drag(const QPoint &from, const QPoint &to);
+    void place(const QString &windowTitle, const QRect &frame);
 
     void trace(std::size_t slice, Side side, std::uint32_t seed);
     // Moves the mouse to a position in the slice and waits until the program has noticed.

@@ -140,11 +140,11 @@ int imageCount()
     return window == nullptr ? 0 : window->imageManager()->imageCount();
 }
 
-std::optional<QRect> windowFrame(const QString &title)
+std::optional<quintptr> windowId(const QString &title)
 {
     for (const QWidget *window : QApplication::topLevelWidgets())
         if (window->isVisible() && window->windowTitle() == title)
-            return window->frameGeometry();
+            return window->winId();
     return {};
 }
 

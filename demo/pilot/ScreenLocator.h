@@ -40,8 +40,8 @@ bool dialogIsOpen(const QString &title);
 // Centre of a row of the image list.
 std::optional<QPoint> imageRow(int row);
 int imageCount();
-// The frame of the visible window with this title, as the window manager has drawn it.
-std::optional<QRect> windowFrame(const QString &title);
+// The X window of the visible window with this title.
+std::optional<quintptr> windowId(const QString &title);
 // Area of the slice view in the newest viewer.
 std::optional<QRect> sliceView();
 // Centre of the check box in the composition's tree; child -1 means the row itself.

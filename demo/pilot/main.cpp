@@ -63,6 +63,9 @@ int runDemo(const QString &folder, int argc, char **argv)
     const QString output = QDir(folder).absolutePath();
     if (!QDir().mkpath(output) || !writePhantom(output, parameters))
         return 1;
+    // What an earlier run left would only raise a question about overwriting.
+    for (const char *name : {"/knee.slic", "/knee.txt", "/areas.txt"})
+        QFile::remove(output + name);
     const std::vector<TrueSlice> slices = trueSlices(parameters);
     DemoScript script(output + "/series", output, slices, parameters.spacingMm[0]);
 

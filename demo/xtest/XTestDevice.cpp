@@ -163,3 +163,22 @@ QImage XTestDevice::screenshot() const
     XDestroyImage(picture);
     return copy;
 }
+
+QRect XTestDevice::frameOf(quintptr window) const
+{
+    Display *display = connection->display;
+    Window current = window, root = 0, parent = 0;
+    Window *children = nullptr;
+    unsigned int count = 0;
+    while (XQueryTree(display, current, &root, &parent, &children, &count) != 0) {
+        if (children != nullptr)
+            XFree(children);
+        if (parent == root || parent == 0)
+            break;
+        current = parent;
+    }
+    int x = 0, y = 0;
+    unsigned int width = 0, height = 0, border = 0, depth = 0;
+    XGetGeometry(display, current, &root, &x, &y, &width, &height, &border, &depth);
+    return {x, y, int(width), int(height)};
+}

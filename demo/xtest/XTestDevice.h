@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPoint>
+#include <QRect>
 #include <QString>
 
 #include <memory>
@@ -41,6 +42,9 @@ public:
     void type(const QString &text);
 
     QImage screenshot() const;
+
+    // The outermost window around this one: with its frame when a window manager has put one around it.
+    QRect frameOf(quintptr window) const;
 
 private:
     struct Connection;
