@@ -281,6 +281,8 @@ private slots:
         }
         MainWindow window;
         window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        window.activateWindow(); // the window manager may still be busy with the menus of earlier windows
         QVERIFY(QTest::qWaitForWindowActive(&window));
         for (int position = 0; position < 5; ++position) {
             menu(window, position)->popup(window.mapToGlobal(QPoint(20, 20)));
