@@ -7,35 +7,46 @@
 #include <QPointF>
 
 #include <algorithm>
+#include <cmath>
+#include <map>
 #include <ostream>
+#include <set>
+#include <utility>
 #include <vector>
 
 namespace {
 
 using Points = std::vector<QPointF>;
+using LevelPoints = std::map<float, Points>;
 
 // The z of all segments, each once, in the order of first sight: not sorted, equal if exactly equal.
 std::vector<float> levelsOf(const SlicedContoursObject &contours)
 {
     std::vector<float> levels;
+    std::set<float> seen;
     for (int i = 0; i < contours.fragmentCount(); ++i) {
         const SlicedContoursFragment *fragment = contours.fragment(i);
         for (int k = 0; k < fragment->segmentCount(); ++k) {
             const float z = fragment->segment(k)->z();
-            if (std::find(levels.begin(), levels.end(), z) == levels.end())
+            if (std::isnan(z) || seen.insert(z).second) // what is no number never equals itself
                 levels.push_back(z);
         }
     }
     return levels;
 }
 
-// The points of all segments of a fragment at exactly this z, segment after segment.
-Points pointsAt(const SlicedContoursFragment &fragment, float z)
+// The points of all segments of a fragment by z, segment after segment.
+LevelPoints pointsOf(const SlicedContoursFragment &fragment)
 {
-    Points points;
-    for (const SegmentSnapshot &segment : fragment.snapshots(z, z))
+    LevelPoints levels;
+    for (int k = 0; k < fragment.segmentCount(); ++k) {
+        const SegmentSnapshot segment = fragment.segment(k)->snapshot();
+        if (std::isnan(segment.z))
+            continue;
+        Points &points = levels[segment.z];
         points.insert(points.end(), segment.points.begin(), segment.points.end());
-    return points;
+    }
+    return levels;
 }
 
 void writeHeader(const SlicedContoursObject &contours, std::ostream &stream)
@@ -60,13 +71,14 @@ void writeRow(const std::vector<Points> &columns, std::size_t row, float z, std:
     stream << std::endl;
 }
 
-void writeLevel(const SlicedContoursObject &contours, float z, std::ostream &stream)
+// Each level is written once, so its points may be taken away.
+void writeLevel(std::vector<LevelPoints> &fragments, float z, std::ostream &stream)
 {
-    writeHeader(contours, stream);
     std::vector<Points> columns;
     std::size_t rows = 0;
-    for (int i = 0; i < contours.fragmentCount(); ++i) {
-        columns.push_back(pointsAt(*contours.fragment(i), z));
+    for (LevelPoints &levels : fragments) {
+        const auto level = std::isnan(z) ? levels.end() : levels.find(z);
+        columns.push_back(level != levels.end() ? std::move(level->second) : Points());
         rows = std::max(rows, columns.back().size());
     }
     for (std::size_t row = 0; row < rows; ++row)
@@ -90,7 +102,12 @@ bool TextSlicSerializer::serialize(ImageObject *object, std::ostream &stream)
     if (contours == nullptr || stream.fail())
         return false;
     stream << contours->label().toLocal8Bit().toStdString() << std::endl;
-    for (const float z : levelsOf(*contours))
-        writeLevel(*contours, z, stream);
+    std::vector<LevelPoints> fragments;
+    for (int i = 0; i < contours->fragmentCount(); ++i)
+        fragments.push_back(pointsOf(*contours->fragment(i)));
+    for (const float z : levelsOf(*contours)) {
+        writeHeader(*contours, stream);
+        writeLevel(fragments, z, stream);
+    }
     return true;
 }

@@ -13,6 +13,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <limits>
 #include <sstream>
@@ -146,4 +148,27 @@ TEST(TextSlicSerializer, levelThatIsNoNumber_isAHeaderWithoutRows)
     a->newSegment(QPointF(1, 2), std::numeric_limits<float>::quiet_NaN());
     a->newSegment(QPointF(1, 2), std::numeric_limits<float>::quiet_NaN());
     EXPECT_EQ(textOf<TextSlicSerializer>(contours), "c\nz\ta\nz\ta\n"); // it never equals itself
+}
+
+// A walk over all lines for each of their levels would take an hour.
+TEST(TextSlicSerializer, hundredThousandsOfLevels_areWrittenInSeconds)
+{
+    constexpr int count = 200000;
+    SlicedContoursObject contours("c");
+    SlicedContoursFragment *a = contours.newFragment("a");
+    for (int i = 0; i < count; ++i)
+        a->newSegment(QPointF(1, 2), static_cast<float>(i));
+    const auto start = std::chrono::steady_clock::now();
+    const std::string text = textOf<TextSlicSerializer>(contours);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::minutes(1));
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1 + 2 * count);
+}
+
+// Both zeros are one level; it is written as it was seen first.
+TEST(TextSlicSerializer, zerosOfBothSigns_areOneLevel)
+{
+    SlicedContoursObject contours("c");
+    contours.newFragment("a")->newSegment(QPointF(1, 2), -0.0f);
+    contours.newFragment("b")->newSegment(QPointF(3, 4), 0.0f);
+    EXPECT_EQ(textOf<TextSlicSerializer>(contours), "c\nz\ta\t\tb\n-0\t1\t2\t3\t4\n");
 }
