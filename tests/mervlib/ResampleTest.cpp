@@ -339,13 +339,13 @@ TYPED_TEST(Resample, powersOfTwoStayAsTheyAre)
     EXPECT_EQ(out.str(), "");
 }
 
-// 2^62 voxels are more than any address space holds; of the source only the shape is read.
+// 2^63 values cannot be addressed, 0.75 of them can; of the source only the shape is read.
 TEST(ResampleMemory, twoDimensionalScalingThatRunsOutOfMemoryStaysVerbose)
 {
     ImageBase<unsigned char> image;
     unsigned char foreign = 0;
     image.setBufferExternal();
-    image.setDimensions((1 << 30) - 1, 3, 1, 1 << 30, 1);
+    image.setDimensions((1 << 30) - 1, 3, 1, 1 << 30, 2);
     image.setExternalBuffer(&foreign);
     CapturedStream out(std::cout);
     EXPECT_THROW(image.scaleToPowerOfTwo2D(0), MERV::Exception);
