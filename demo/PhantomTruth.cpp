@@ -71,8 +71,7 @@ double slicePlaneMm(const PhantomParameters &parameters, int slice)
 
 Point programWorld(const PhantomParameters &parameters, const Point &point)
 {
-    return {point[0], parameters.height * parameters.spacingMm[1] - point[1],
-            parameters.slices * parameters.spacingMm[2] - point[2]};
+    return {point[0], parameters.height * parameters.spacingMm[1] - point[1], point[2]};
 }
 
 PhantomTruth phantomTruth(const PhantomParameters &parameters)
@@ -106,14 +105,14 @@ void writeTruth(std::ostream &stream, const PhantomParameters &parameters)
     const PhantomTruth truth = phantomTruth(parameters);
     plain(stream, 4);
     stream << "# True measures of the phantom's patellar cartilage, from its formulas\n"
-              "# slice: from 0, as the program counts them after loading the series in direct order; z: "
-              "centre plane\n"
+              "# slice: from 0, as the program counts them in a series opened without an input filter;\n"
+              "# z: centre plane\n"
               "# area: section of the cartilage in that plane\n"
               "slice\tinstance\tz_mm\tarea_mm2\n";
     const int count = parameters.slices;
     for (int slice = 0; slice < count; ++slice)
-        stream << slice << '\t' << count - slice << '\t' << slicePlaneMm(parameters, slice) << '\t'
-               << truth.areaMm2[static_cast<std::size_t>(count - 1 - slice)] << '\n';
+        stream << slice << '\t' << slice + 1 << '\t' << slicePlaneMm(parameters, slice) << '\t'
+               << truth.areaMm2[static_cast<std::size_t>(slice)] << '\n';
     stream << "\n# thickness: length of the bone surface's outward normal inside the cartilage, over the "
               "interface of\n"
               "# bone and cartilage; its mean is weighted by area\n"
@@ -131,15 +130,14 @@ void writeOutlines(std::ostream &stream, const PhantomParameters &parameters, do
     plain(stream, 5);
     stream << "# True outlines of the phantom's patellar cartilage, in the program's world: voxel index "
               "times spacing,\n"
-              "# centre of voxel (i, j, k) at ((i + 0.5) sx, (j + 0.5) sy, (k + 0.5) sz), series in direct "
-              "order\n"
+              "# centre of voxel (i, j, k) at ((i + 0.5) sx, (j + 0.5) sy, (k + 0.5) sz), series opened "
+              "without an input filter\n"
               "# side: bone or surface; both lines run in order between the same two points and close the "
               "outline\n"
               "slice\tside\tpoint\tx_mm\ty_mm\tz_mm\n";
     const int pieces = std::max(4, static_cast<int>(std::ceil(4.0 * longestLineMm / stepMm)));
     for (int slice = 0; slice < parameters.slices; ++slice) {
-        const int stored = parameters.slices - 1 - slice;
-        const SliceOutline outline = cartilageOutline(body, slicePlaneMm(parameters, stored), pieces);
+        const SliceOutline outline = cartilageOutline(body, slicePlaneMm(parameters, slice), pieces);
         writeLine(stream, parameters, slice, "bone", outline.boneSide, stepMm);
         writeLine(stream, parameters, slice, "surface", outline.surfaceSide, stepMm);
     }

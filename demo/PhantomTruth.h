@@ -26,9 +26,10 @@ PhantomTruth phantomTruth(const PhantomParameters &parameters);
 // The centre plane of a stored slice (from 0) in the frame of the volume.
 double slicePlaneMm(const PhantomParameters &parameters, int slice);
 
-// The program shows a series in its direct order with y and z reversed: stored slice k of n is its slice
-// n - 1 - k, and its world is voxel index times spacing, the centre of voxel (i, j, k) at ((i + 0.5) sx,
-// (j + 0.5) sy, (k + 0.5) sz). This turns a point of the volume's frame into that world and back.
+// The program shows a series that was opened without an input filter with y reversed and the slices in their
+// stored order (with one, the slices run the other way); its world is voxel index times spacing, the centre
+// of voxel (i, j, k) at ((i + 0.5) sx, (j + 0.5) sy, (k + 0.5) sz). This turns a point of the volume's frame
+// into that world and back.
 Point programWorld(const PhantomParameters &parameters, const Point &point);
 
 // Tables of tab-separated columns with a point as decimal sign, slices and points as the program has them.

@@ -240,7 +240,7 @@ std::unique_ptr<MERV::Image> phantomImage(const PhantomParameters &parameters)
     const auto height = static_cast<std::size_t>(parameters.height);
     const auto slices = static_cast<std::size_t>(parameters.slices);
     auto *row = static_cast<short *>(image->getData());
-    for (std::size_t z = slices; z-- > 0;)
+    for (std::size_t z = 0; z < slices; ++z)
         for (std::size_t y = height; y-- > 0; row += width)
             std::copy_n(voxels.data() + (z * height + y) * width, width, row);
     image->computeMinMax();

@@ -50,8 +50,8 @@ private:
 // Edges are soft by the share of each tissue in a voxel; the noise is Rician and the same for equal seeds.
 std::vector<std::int16_t> phantomVoxels(const PhantomParameters &parameters);
 
-// The same as an image of signed 16 bit voxels, as the program has the series after loading it in direct
-// order: y and z run against the order of the files.
+// The same as an image of signed 16 bit voxels, as the program has the series after opening it
+// without an input filter: y runs against the order of the files.
 std::unique_ptr<MERV::Image> phantomImage(const PhantomParameters &parameters);
 
 } // namespace demo

@@ -27,11 +27,11 @@ constexpr int outlinePieces = 400;
 
 Polyline inWorld(const std::vector<demo::Point> &points, const demo::PhantomParameters &parameters)
 {
-    // Rows of the files run downwards, y of the loaded volume upwards; slices keep their order.
-    const double height = parameters.height * parameters.spacingMm[1];
     Polyline line;
-    for (const demo::Point &point : points)
-        line.push_back(QPointF(point[0], height - point[1]));
+    for (const demo::Point &point : points) {
+        const demo::Point world = demo::programWorld(parameters, point);
+        line.push_back(QPointF(world[0], world[1]));
+    }
     return line;
 }
 

@@ -195,7 +195,7 @@ TEST_F(PhantomSeries, programLoadsTheSeriesAsThePhantomsImage)
     ASSERT_TRUE(demo::writePhantomSeries(folder.string(), parameters));
     testing::internal::CaptureStdout();
     const std::unique_ptr<MERV::Image> loaded =
-        dicom::loadSeries((folder / "series").string(), false, 0, true, false);
+        dicom::loadSeries((folder / "series").string(), false, 0, false, false);
     testing::internal::GetCapturedStdout();
     ASSERT_TRUE(loaded);
     const std::unique_ptr<MERV::Image> expected = demo::phantomImage(parameters);

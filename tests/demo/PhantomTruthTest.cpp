@@ -280,10 +280,10 @@ TEST(PhantomTruth, mirroringChangesNoMeasure)
         EXPECT_NEAR(left.areaMm2[i], right.areaMm2[i], 1e-9);
 }
 
-TEST(PhantomTruth, programWorldReversesYAndZAndIsItsOwnInverse)
+TEST(PhantomTruth, programWorldReversesYAndIsItsOwnInverse)
 {
     const PhantomParameters p; // 80 mm x 80 mm x 36 mm
-    EXPECT_EQ(demo::programWorld(p, {1.0, 2.0, 3.0}), (Point{1.0, 78.0, 33.0}));
+    EXPECT_EQ(demo::programWorld(p, {1.0, 2.0, 3.0}), (Point{1.0, 78.0, 3.0}));
     EXPECT_EQ(demo::programWorld(p, demo::programWorld(p, {1.0, 2.0, 3.0})), (Point{1.0, 2.0, 3.0}));
 }
 
@@ -299,7 +299,7 @@ TEST(PhantomTruth, tableListsTheSlicesAsTheProgramHasThem)
         if (cells.size() == 4 && cells[0] != "slice") {
             const int slice = std::stoi(cells[0]);
             areas[slice] = std::stod(cells[3]);
-            EXPECT_EQ(std::stoi(cells[1]), 24 - slice); // instance number
+            EXPECT_EQ(std::stoi(cells[1]), slice + 1); // instance number
             EXPECT_NEAR(std::stod(cells[2]), (slice + 0.5) * 1.5, 1e-9);
         } else if (cells.size() == 2 && cells[0] != "quantity") {
             quantities[cells[0]] = std::stod(cells[1]);
@@ -307,7 +307,7 @@ TEST(PhantomTruth, tableListsTheSlicesAsTheProgramHasThem)
     }
     ASSERT_EQ(areas.size(), 24u);
     for (int slice = 0; slice < 24; ++slice)
-        EXPECT_NEAR(areas[slice], truth.areaMm2[static_cast<std::size_t>(23 - slice)], 1e-4);
+        EXPECT_NEAR(areas[slice], truth.areaMm2[static_cast<std::size_t>(slice)], 1e-4);
     EXPECT_NEAR(quantities["volume_mm3"], truth.volumeMm3, 1e-4);
     EXPECT_NEAR(quantities["thickness_mean_mm"], truth.meanThicknessMm, 1e-4);
     EXPECT_EQ(quantities["thickness_minimum_mm"], 1.0);
@@ -337,7 +337,7 @@ TEST(PhantomTruth, outlineTableEnclosesTheAreas)
         }
     }
     for (int slice = 0; slice < 24; ++slice) {
-        const double area = truth.areaMm2[static_cast<std::size_t>(23 - slice)];
+        const double area = truth.areaMm2[static_cast<std::size_t>(slice)];
         EXPECT_EQ(outlines.count(slice), area > 0.0 ? 1u : 0u);
         EXPECT_NEAR(demo::enclosedArea(outlines[slice]), area, 0.005 * area + 0.02);
     }
