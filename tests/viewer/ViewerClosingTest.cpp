@@ -6,6 +6,7 @@
 #include "view/EnhancedQCheckBox.h"
 
 #include <QApplication>
+#include <QRegularExpression>
 
 #include <functional>
 #include <memory>
@@ -35,6 +36,8 @@ private:
 private slots:
     void init()
     {
+        // The toolkit warns of editors that commit while they are filled, and of broken models.
+        QTest::failOnWarning(QRegularExpression(".*"));
         output = std::make_unique<CapturedOutput>();
         scene = std::make_unique<ViewerScene>();
     }
