@@ -65,8 +65,11 @@ public:
 
     void run(SimulatedDistribution &result)
     {
-        for (double remaining = 2000.0; remaining > 0.0; remaining -= cross())
+        double remaining = 2000.0;
+        while (remaining > 0.0) {
             sample(result);
+            remaining -= cross();
+        }
     }
 
 private:

@@ -89,7 +89,7 @@ void fillSlice(const PhantomAnatomy &anatomy, const PhantomParameters &p, int sl
     const double z = slice * p.spacingMm[2];
     const std::array<std::vector<Tissue>, 2> planes{cornerTissues(anatomy, p, z),
                                                     cornerTissues(anatomy, p, z + p.spacingMm[2])};
-    const auto row = static_cast<std::size_t>(p.width + 1);
+    const std::size_t row = static_cast<std::size_t>(p.width) + 1;
     for (int y = 0; y < p.height; ++y) {
         for (int x = 0; x < p.width; ++x) {
             const Point corner{x * p.spacingMm[0], y * p.spacingMm[1], z};

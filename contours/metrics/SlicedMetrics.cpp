@@ -33,9 +33,11 @@ QList<float> zLevels(const SlicedContoursObject &contours)
     if (z == std::numeric_limits<float>::max())
         return levels;
     levels.append(z);
-    for (float next = contours.nextSignificantZ(z); next > z; next = contours.nextSignificantZ(z)) {
+    float next = contours.nextSignificantZ(z);
+    while (next > z) {
         z = next;
         levels.append(z);
+        next = contours.nextSignificantZ(z);
     }
     return levels;
 }

@@ -157,9 +157,9 @@ QImage XTestDevice::screenshot() const
                                 AllPlanes, ZPixmap);
     if (picture == nullptr || picture->bits_per_pixel != 32)
         throw std::runtime_error("the screen cannot be read");
-    const QImage copy = QImage(reinterpret_cast<const uchar *>(picture->data), width, height,
-                               picture->bytes_per_line, QImage::Format_RGB32)
-                            .copy();
+    QImage copy = QImage(reinterpret_cast<const uchar *>(picture->data), width, height,
+                         picture->bytes_per_line, QImage::Format_RGB32)
+                      .copy();
     XDestroyImage(picture);
     return copy;
 }

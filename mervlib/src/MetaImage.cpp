@@ -283,7 +283,7 @@ private:
     std::filesystem::path dataPath(const std::string &name) const
     {
         const std::filesystem::path folder = headerPath.parent_path();
-        const std::filesystem::path asWritten = folder / name;
+        std::filesystem::path asWritten = folder / name;
         std::error_code error;
         if (std::filesystem::exists(asWritten, error) || name.find('\\') == std::string::npos)
             return asWritten;

@@ -103,7 +103,7 @@ Image *transformImage(const float pose[6], Image *source, Image *output, bool tr
     for (int size : sampling.size)
         all *= static_cast<std::uint64_t>(size);
     std::cout << "Used " << used * 100 / all << " % of voxels\n";
-    made.release();
+    static_cast<void>(made.release()); // output is the same pointer
     return output;
 }
 

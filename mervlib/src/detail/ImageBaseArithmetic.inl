@@ -198,7 +198,7 @@ void ImageBase<T>::applyWindowLevel(bool inverted)
     const Wide low = voxel_cast<Wide>(getLow(0));
     const Wide high = voxel_cast<Wide>(getHigh(0));
     for (T &value : *this) {
-        Wide clamped = static_cast<Wide>(value);
+        Wide clamped = value; // NOLINT(bugprone-signed-char-misuse): char is a signed voxel here
         clamped = clamped < low ? low : clamped;
         clamped = clamped > high ? high : clamped;
         const double shifted = inverted ? static_cast<double>(high) - static_cast<double>(clamped)

@@ -336,7 +336,7 @@ std::uint64_t ImageBase<T>::getValueCount() const
 template <class T>
 int ImageBase<T>::getDimension(int axis) const
 {
-    return axis >= -1 && axis <= 3 ? dimensions[static_cast<std::size_t>(axis + 1)] : 0;
+    return axis >= -1 && axis <= 3 ? dimensions[static_cast<std::size_t>(axis) + 1] : 0;
 }
 
 template <class T>
@@ -455,7 +455,7 @@ void ImageBase<T>::setSpacing(float x, float y, float z, float t)
 template <class T>
 float ImageBase<T>::getSpacing(int axis) const
 {
-    return axis >= -1 && axis <= 3 ? spacing[static_cast<std::size_t>(axis + 1)] : 0.0f;
+    return axis >= -1 && axis <= 3 ? spacing[static_cast<std::size_t>(axis) + 1] : 0.0f;
 }
 
 template <class T>

@@ -81,7 +81,7 @@ public:
     Image &operator*() const { return *image; }
     Image *handOut()
     {
-        made.release();
+        static_cast<void>(made.release()); // image is the same pointer
         return image;
     }
 

@@ -12,7 +12,7 @@ namespace MERV {
 template <class T>
 detail::Axis ImageBase<T>::axis(int number) const
 {
-    const auto entry = static_cast<std::size_t>(number + 1);
+    const auto entry = static_cast<std::size_t>(number) + 1;
     return {dimensions[entry], axisStrides[entry]};
 }
 

@@ -39,6 +39,7 @@ inline std::uint64_t clampedOffset(std::int64_t index, const Axis &axis)
 
 inline std::uint64_t nearestOffset(float coordinate, const Axis &axis)
 {
+    // NOLINTNEXTLINE(bugprone-incorrect-roundings): truncation is the rounding that is meant
     return clampedOffset(static_cast<std::int64_t>(coordinate + 0.5), axis);
 }
 
