@@ -6,7 +6,7 @@ LabeledGraphicsObject::LabeledGraphicsObject(const QString &label, QObject *pare
 {}
 
 LabeledGraphicsObject::LabeledGraphicsObject(const LabeledGraphicsObject &other)
-    : GraphicsObject()
+    : GraphicsObject() // NOLINT(readability-redundant-member-init): GCC wants it named in a copy constructor
     , labelText(other.labelText)
 {}
 
