@@ -157,9 +157,10 @@ bool QStackedSliceView::event(QEvent *event)
     auto *keyEvent = static_cast<QKeyEvent *>(event);
     if (keyEvent->key() != Qt::Key_Tab)
         return QOpenGLWidget::event(event);
-    // A Tab must not move the focus away.
+    // A Tab must not move the focus away, neither here nor in the parents, which get what is not accepted.
     if (isPress)
         keyPressEvent(keyEvent);
+    keyEvent->accept();
     return true;
 }
 

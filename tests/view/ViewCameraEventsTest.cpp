@@ -5,6 +5,9 @@
 
 #include <QApplication>
 #include <QBoxLayout>
+#include <QDir>
+#include <QFile>
+#include <QLineEdit>
 #include <QSignalSpy>
 #include <QSplitter>
 #include <QWheelEvent>
@@ -49,6 +52,27 @@ Vector4 onTarget(const ViewState &state, double x, double y, double z = 1.0)
     return transformed(state.targetViewMatrix, {x, y, z, 1.0});
 }
 
+// The help page of a topic, with a text of its own, for the time of a scope.
+class HelpPage
+{
+public:
+    explicit HelpPage(const QString &topic)
+    {
+        const QString folder = QCoreApplication::applicationDirPath() + "/help";
+        QDir().mkpath(folder);
+        page.setFileName(folder + "/" + topic + ".html");
+        if (page.open(QIODevice::WriteOnly))
+            page.write("page of " + topic.toUtf8());
+        page.close();
+    }
+    ~HelpPage() { page.remove(); }
+    HelpPage(const HelpPage &) = delete;
+    HelpPage &operator=(const HelpPage &) = delete;
+
+private:
+    QFile page;
+};
+
 } // namespace
 
 class ViewCameraEventsTest : public QObject
@@ -65,7 +89,10 @@ private slots:
     void heldKey_isATemporaryMode();
     void shiftedKey_setsTheBaseMode();
     void baseModeOfTheTemporaryMode_isRefused();
+    void repeatedReleases_endNoTemporaryMode();
+    void baseMode_isAnnouncedBeforeItIsEntered();
     void modes_haveCursorsAndHelpTopics();
+    void drawnCursors_pointWithTheirCentre();
     void reservedMode_onlyStoresItsNumber();
     void arrowKeys_moveViewAndTarget();
     void controlPlusAndMinus_scaleTheTarget();
@@ -92,12 +119,14 @@ private slots:
     void zoomRightDrag_doesNothing();
     void windowDrags_changeTheWindow();
     void windowDrag_onAnotherCurrentRow_doesNothing();
+    void windowDrag_withTheMiddleButton_doesNothing();
     void windowDoubleClicks();
     void nKey_selectsTheNextFragment();
     void tab_staysInTheView();
     void keysWithoutMeaning_areIgnored();
     void fullScreen_fromASplitterAndBack();
     void fullScreen_fromALayoutAndBack();
+    void fullScreen_fromAPlainParentAndBack();
     void coordinatesText_hasThreeDecimals();
     void manyUpdates_paintAtOnce();
 
@@ -232,24 +261,67 @@ void ViewCameraEventsTest::baseModeOfTheTemporaryMode_isRefused()
     QCOMPARE(scene->state().interactMode, InteractMode::Draw);
 }
 
+void ViewCameraEventsTest::repeatedReleases_endNoTemporaryMode()
+{
+    hand->keyDown('z');
+    QKeyEvent repeated(QEvent::KeyRelease, Qt::Key_Z, Qt::NoModifier, QString(), true);
+    QApplication::sendEvent(scene->view, &repeated);
+    QCOMPARE(scene->state().interactMode, InteractMode::Zoom);
+    hand->keyUp('z');
+    QCOMPARE(scene->state().interactMode, InteractMode::Move);
+}
+
+void ViewCameraEventsTest::baseMode_isAnnouncedBeforeItIsEntered()
+{
+    QStringList announced;
+    connect(scene->view, &View::interactBaseModeZoomSet, this, [&] {
+        announced << "set";
+        QCOMPARE(scene->state().interactBaseMode, InteractMode::Zoom);
+        QCOMPARE(scene->state().interactMode, InteractMode::Move);
+    });
+    connect(scene->view, &View::interactModeZoomEntered, this, [&] {
+        announced << "entered";
+        QCOMPARE(scene->state().interactMode, InteractMode::Zoom);
+        QCOMPARE(scene->view->cursor().shape(), Qt::BitmapCursor);
+    });
+    scene->view->setInteractBaseModeZoom();
+    QCOMPARE(announced, (QStringList{"set", "entered"}));
+}
+
 void ViewCameraEventsTest::modes_haveCursorsAndHelpTopics()
 {
-    const std::tuple<InteractMode, Qt::CursorShape, bool> table[] = {
-        {InteractMode::Perspective, Qt::ArrowCursor, true}, {InteractMode::Zoom, Qt::BitmapCursor, true},
-        {InteractMode::Draw, Qt::CrossCursor, false},       {InteractMode::Window, Qt::BitmapCursor, true},
-        {InteractMode::Trace, Qt::ArrowCursor, true},       {InteractMode::Guess, Qt::ArrowCursor, true},
-        {InteractMode::Erase, Qt::UpArrowCursor, true},     {InteractMode::Load, Qt::ArrowCursor, true},
-        {InteractMode::Move, Qt::BitmapCursor, true}};
-    for (const auto &[mode, shape, hasTopic] : table) {
-        QSignalSpy help(Help::instance(), &Help::textChanged);
+    const ViewCursors &cursors = scene->view->cursors();
+    const std::tuple<InteractMode, QCursor, QString> table[] = {
+        {InteractMode::Perspective, Qt::ArrowCursor, "stacked_slice_view_perspective"},
+        {InteractMode::Zoom, cursors.magnifier, "stacked_slice_view_zoom"},
+        {InteractMode::Draw, Qt::CrossCursor, ""},
+        {InteractMode::Window, cursors.window, "stacked_slice_view_window"},
+        {InteractMode::Trace, Qt::ArrowCursor, "stacked_slice_view_trace"},
+        {InteractMode::Guess, Qt::ArrowCursor, "stacked_slice_view_guess"},
+        {InteractMode::Erase, Qt::UpArrowCursor, "stacked_slice_view_erase"},
+        {InteractMode::Load, Qt::ArrowCursor, "stacked_slice_view_load"},
+        {InteractMode::Move, cursors.hand, "stacked_slice_view_move"}};
+    for (const auto &[mode, cursor, topic] : table) {
+        const HelpPage page(topic);
+        QStringList shown;
+        const auto following =
+            connect(Help::instance(), &Help::textChanged, this, [&](const QString &text) { shown << text; });
         scene->view->enterMode(mode);
-        QCOMPARE(scene->view->cursor().shape(), shape);
-        QCOMPARE(help.count(), hasTopic ? 1 : 0);
+        disconnect(following);
+        QCOMPARE(scene->view->cursor().shape(), cursor.shape());
+        QCOMPARE(scene->view->cursor().pixmap().cacheKey(), cursor.pixmap().cacheKey());
+        QCOMPARE(shown, topic.isEmpty() ? QStringList() : QStringList{"page of " + topic});
     }
+}
+
+void ViewCameraEventsTest::drawnCursors_pointWithTheirCentre()
+{
     const ViewCursors &cursors = scene->view->cursors();
     for (const QCursor &cursor : {cursors.hand, cursors.fist, cursors.magnifier, cursors.magnifierPlus,
-                                  cursors.magnifierMinus, cursors.window})
+                                  cursors.magnifierMinus, cursors.window}) {
         QVERIFY(!cursor.pixmap().isNull());
+        QCOMPARE(cursor.hotSpot(), QPoint(cursor.pixmap().width() / 2, cursor.pixmap().height() / 2));
+    }
 }
 
 void ViewCameraEventsTest::reservedMode_onlyStoresItsNumber()
@@ -646,6 +718,18 @@ void ViewCameraEventsTest::windowDrag_onAnotherCurrentRow_doesNothing()
     QCOMPARE(scene->image->windowHigh(), 200.0f);
 }
 
+void ViewCameraEventsTest::windowDrag_withTheMiddleButton_doesNothing()
+{
+    scene->view->setInteractBaseModeWindow();
+    QTRY_VERIFY(!scene->state().repaintPending && !scene->state().animatingView);
+    QMouseEvent drag(QEvent::MouseMove, middle, scene->view->mapToGlobal(middle), Qt::NoButton,
+                     Qt::MiddleButton, Qt::NoModifier);
+    QApplication::sendEvent(scene->view, &drag);
+    QVERIFY(!scene->state().repaintPending);
+    QCOMPARE(scene->image->windowLow(), 0.0f);
+    QCOMPARE(scene->image->windowHigh(), 200.0f);
+}
+
 void ViewCameraEventsTest::windowDoubleClicks()
 {
     scene->view->setInteractBaseModeWindow();
@@ -668,12 +752,23 @@ void ViewCameraEventsTest::nKey_selectsTheNextFragment()
 
 void ViewCameraEventsTest::tab_staysInTheView()
 {
+    QSplitter splitter;
+    auto *neighbour = new QLineEdit;
+    splitter.addWidget(scene->view);
+    splitter.addWidget(neighbour);
+    splitter.show();
+    QVERIFY(QTest::qWaitForWindowActive(&splitter));
+    scene->view->setFocus();
+    QTRY_VERIFY(scene->view->hasFocus());
     hand->key(XHand::Tab);
-    QVERIFY(scene->view->hasFocus());
+    QVERIFY(scene->view->hasFocus() && !neighbour->hasFocus());
     for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
         QKeyEvent event(type, Qt::Key_Tab, Qt::NoModifier);
         QVERIFY(QApplication::sendEvent(scene->view, &event));
+        QVERIFY(event.isAccepted()); // or the parents would take it as theirs
+        QVERIFY(scene->view->hasFocus());
     }
+    scene->view->setParent(nullptr);
 }
 
 void ViewCameraEventsTest::keysWithoutMeaning_areIgnored()
@@ -743,6 +838,26 @@ void ViewCameraEventsTest::fullScreen_fromALayoutAndBack()
     hand->keyIntoOtherWindow(XHand::F11);
     QCOMPARE(layout->indexOf(scene->view), 1);
     QTRY_VERIFY(scene->view->isVisible() && scene->view->width() < 500);
+    scene->view->setParent(nullptr);
+}
+
+void ViewCameraEventsTest::fullScreen_fromAPlainParentAndBack()
+{
+    QWidget window;
+    QPixmap red(16, 16);
+    red.fill(Qt::red);
+    window.setWindowIcon(red);
+    window.resize(400, 400);
+    scene->view->setParent(&window);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    scene->view->enterFullScreen();
+    QVERIFY(scene->view->parentWidget() == nullptr);
+    QCOMPARE(scene->view->windowIcon().pixmap(16).toImage().pixelColor(8, 8), QColor(Qt::red));
+    scene->view->leaveFullScreen();
+    QCOMPARE(scene->view->parentWidget(), &window);
+    QCOMPARE(window.focusProxy(), scene->view.data());
+    QTRY_VERIFY(scene->view->isVisible());
     scene->view->setParent(nullptr);
 }
 

@@ -49,14 +49,14 @@ void printWindow(MervImageObject &image)
 
 void WindowMode::move(const MouseInput &input)
 {
-    if (input.buttons == Qt::NoButton)
+    if (!(input.buttons & (Qt::LeftButton | Qt::RightButton)))
         return;
     MervImageObject *image = view.imageComposition()->windowedImage();
     if (image == nullptr || image->voxels() == nullptr)
         return;
     if (input.buttons.testFlag(Qt::LeftButton)) {
         shiftAndWiden(*image, input.movement);
-    } else if (input.buttons.testFlag(Qt::RightButton)) {
+    } else {
         shiftAndScale(*image, input.movement);
         printWindow(*image);
     }
