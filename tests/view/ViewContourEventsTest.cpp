@@ -4,6 +4,7 @@
 #include "tests/view/ViewScene.h"
 
 #include <QApplication>
+#include <QMessageBox>
 #include <QSignalSpy>
 
 #include <algorithm>
@@ -53,6 +54,7 @@ private slots:
     void traceHighlight_isForTheActiveSegment();
     void traceRelease_replacesWhatLiesBetween();
     void traceRelease_asksBeforeMuchIsLost();
+    void traceRelease_ofALongPiece_asksNothing();
     void traceRelease_joinsTwoLinesThroughThePiece();
     void traceTwoHalves_closeALoop();
     void traceAtZ0_withATurnedCamera_staysOnOneLevel();
@@ -72,6 +74,7 @@ private slots:
     void randomOrdersOfClosing_whileShown();
 
 private:
+    SlicedContoursSegment *addU();
     void traceMode() { scene->view->setInteractBaseModeTrace(); }
     void moveTo(double x, double y) { hand->moveTo(ViewScene::pixel(x, y)); }
     // A freehand line through these positions, from press to release.
@@ -99,6 +102,18 @@ void ViewContourEventsTest::cleanup()
     scene.reset();
     output.reset();
     QVERIFY(QApplication::topLevelWidgets().isEmpty());
+}
+
+// A U of 36 + 4 + 36 mm with points at each mm of its legs; from (2, 4) to (6, 4) 34 + 4 + 34 mm are between,
+// and with the edges beside both vertices 74 are counted.
+SlicedContoursSegment *ViewContourEventsTest::addU()
+{
+    SlicedContoursSegment *u = scene->bone->newSegment({2, 38}, firstZ);
+    for (int y = 37; y >= 2; --y)
+        u->addPointFront({2.0, static_cast<double>(y)});
+    for (int y = 38; y >= 2; --y)
+        u->addPointBack({6.0 + 1e-9 * (y % 2), static_cast<double>(y)}); // not quite straight
+    return u;
 }
 
 void ViewContourEventsTest::draw(std::initializer_list<QPointF> positions, Qt::MouseButton button)
@@ -291,13 +306,7 @@ void ViewContourEventsTest::traceRelease_replacesWhatLiesBetween()
 
 void ViewContourEventsTest::traceRelease_asksBeforeMuchIsLost()
 {
-    // A U of 36 + 4 + 36 mm with points at each mm of its legs; from (2, 4) to (6, 4) 34 + 4 + 34 mm are
-    // between, and with the edges beside both vertices 74 are counted.
-    SlicedContoursSegment *u = scene->bone->newSegment({2, 38}, firstZ);
-    for (int y = 37; y >= 2; --y)
-        u->addPointFront({2.0, static_cast<double>(y)});
-    for (int y = 38; y >= 2; --y)
-        u->addPointBack({6.0 + 1e-9 * (y % 2), static_cast<double>(y)}); // not quite straight
+    SlicedContoursSegment *u = addU();
     const int before = u->pointCount();
     traceMode();
     DialogDriver driver;
@@ -312,6 +321,18 @@ void ViewContourEventsTest::traceRelease_asksBeforeMuchIsLost()
     QCOMPARE(scene->bone->segmentCount(), 1);
     QCOMPARE(u->pointCount(), 6); // (2, 2), (2, 3), the piece, (6, 3), (6, 2)
     QVERIFY(!scene->state().activeSegment && !scene->state().anchorSegment);
+}
+
+void ViewContourEventsTest::traceRelease_ofALongPiece_asksNothing()
+{
+    // 20 mm and the edges of 2 mm beside both vertices are lost, more than 16, but the piece has
+    // 2 * sqrt(100 + 64) = 25.6 mm, and 24 is not more than twice of that.
+    ViewScene::line(scene->bone, firstZ, {{3, 10}, {5, 10}, {15, 10}, {25, 10}, {27, 10}});
+    traceMode();
+    DialogDriver driver;
+    draw({{5.25, 10.25}, {15, 18}, {25, 10.25}});
+    QVERIFY2(driver.verify(), driver.report());
+    QCOMPARE(points(0), (QList<QPointF>{{3, 10}, {5.25, 10.25}, {15, 18}, {25, 10.25}, {27, 10}}));
 }
 
 void ViewContourEventsTest::traceRelease_joinsTwoLinesThroughThePiece()
@@ -553,21 +574,22 @@ void ViewContourEventsTest::erase_deletesSegmentsUnderTheCursor()
 
 void ViewContourEventsTest::viewDeletedDuringAQuestion_isSafe()
 {
-    SlicedContoursSegment *u = scene->bone->newSegment({2, 38}, firstZ);
-    for (int y = 37; y >= 2; --y)
-        u->addPointFront({2.0, static_cast<double>(y)});
-    for (int y = 38; y >= 2; --y)
-        u->addPointFront({6.0, static_cast<double>(y)});
+    addU();
     traceMode();
     const QPoint from = ViewScene::pixel(2, 4);
-    const QPoint to = ViewScene::pixel(2, 37);
+    const QPoint to = ViewScene::pixel(6, 4);
     QTest::mousePress(scene->view, Qt::RightButton, {}, from);
     QMouseEvent move(QEvent::MouseMove, to, scene->view->mapToGlobal(to), Qt::NoButton, Qt::RightButton,
                      Qt::NoModifier);
     QApplication::sendEvent(scene->view, &move);
-    QTimer::singleShot(300, this, [this] { delete scene->view.data(); });
+    bool asked = false;
+    QTimer::singleShot(300, this, [&] {
+        asked = qobject_cast<QMessageBox *>(QApplication::activeModalWidget()) != nullptr;
+        delete scene->view.data();
+    });
     QTest::mouseRelease(scene->view, Qt::RightButton, {}, to);
     QTRY_VERIFY(scene->view.isNull());
+    QVERIFY(asked);
 }
 
 // Objects go in any order, announced as the image manager does it, while a view paints and a hand traces.

@@ -229,13 +229,19 @@ void ViewPicturesTest::cube_hasFaintFarAndStrongNearEdges()
 // On purpose: strong perspectives clip low parts of the picture away, however near they are.
 void ViewPicturesTest::strongPerspective_clipsBelow()
 {
-    scene->view->setPerspective(0.0f, 0.0f, 0.0002f);
-    QVERIFY(at(picture(), 30, 20).red() > 250);
-    // A y + B <= 1 holds for y >= -1818 pixels: 300 fold magnified the lower part is gone.
-    scene->view->scaleTarget(100.0);
+    scene->view->setPerspective(0.0f, 0.0f, 0.001f);
+    scene->view->setWorkingZ(9.0f);
+    QVERIFY(probe(picture(), 260, 260).red() > 250);
+    // 64 pixels per mm: the slice is at z = 576 with w = 1 - 0.576. In the row of depth A y + B <= w with
+    // A = -3.825e-4 and B = 0.4118 holds for y >= -32 in view space, on the screen 75 pixels below the
+    // middle.
+    scene->view->scaleTarget(8.0);
     QTRY_VERIFY(!scene->state().animatingView);
     const QImage image = picture();
-    QVERIFY(probe(image, 200, 10).red() > 250);
+    QVERIFY(probe(image, 260, 60).red() > 250);
+    QVERIFY(probe(image, 260, 220).red() > 250);
+    QVERIFY(isNear(probe(image, 260, 250), 0, 0, 0));
+    QVERIFY(isNear(probe(image, 260, 300), 0, 0, 0));
 }
 
 void ViewPicturesTest::pictureAfterFullScreen_isTheSame()
