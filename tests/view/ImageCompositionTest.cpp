@@ -6,6 +6,7 @@
 #include "contours/SlicedContoursObject.h"
 #include "contours/SlicedContoursSegment.h"
 #include "objects/MervImageObject.h"
+#include "platform/OpenGl.h"
 #include "tests/support/CapturedOutput.h"
 #include "tests/support/TestVolume.h"
 #include "view/EnhancedQTreeView.h"
@@ -20,9 +21,12 @@
 #include <QTest>
 #include <QTreeView>
 
+#include <array>
+#include <cmath>
 #include <functional>
 #include <memory>
 #include <random>
+#include <utility>
 
 namespace {
 
@@ -157,6 +161,8 @@ private slots:
     void queries_reachContoursAndTheAnalyzedObject();
     void advice_ofPodAndComposition();
     void renderCalls_handOnTheAdvisorAndRestoreIt();
+    void renderCalls_areHandedOnInTheColorOfThePod();
+    void addedObject_isAnnouncedOncePerRow();
     void hiddenPod_drawsNothing();
     void updated_isForwardedOncePerObject();
     void updatedOfAColoring_comesFromItsSources();
@@ -733,11 +739,47 @@ public:
     GraphicsObjectRenderAdvisor *advisor = nullptr;
     std::uint32_t advised = 0;
 
+    void renderPoint(GraphicsObjectRenderAdvisor *given, float x, float y, float z) override
+    {
+        note(QString("point %1 %2 %3").arg(x).arg(y).arg(z), given);
+    }
+    bool renderPlane(GraphicsObjectRenderAdvisor *given, const double plane[4]) override
+    {
+        note(QString("plane %1 %2 %3 %4").arg(plane[0]).arg(plane[1]).arg(plane[2]).arg(plane[3]), given);
+        return true;
+    }
     void render(GraphicsObjectRenderAdvisor *given) override
     {
-        calls << "render";
+        note("render", given);
+        if (inner)
+            std::exchange(inner, nullptr)();
+        advisedAtEnd = ask(given);
+    }
+    void renderBox(GraphicsObjectRenderAdvisor *given, float xMin, float xMax, float yMin, float yMax,
+                   float zMin, float zMax) override
+    {
+        note(QString("box %1 %2 %3 %4 %5 %6").arg(xMin).arg(xMax).arg(yMin).arg(yMax).arg(zMin).arg(zMax),
+             given);
+    }
+
+    std::function<void()> inner; // called once by render()
+    std::uint32_t advisedAtEnd = 0;
+    std::array<GLubyte, 4> color{};
+
+private:
+    std::uint32_t ask(GraphicsObjectRenderAdvisor *given)
+    {
+        return given->overrides(this, 9, 0) ? given->value(this, 9, 0) : 0;
+    }
+    void note(const QString &call, GraphicsObjectRenderAdvisor *given)
+    {
+        calls << call;
         advisor = given;
-        advised = given->overrides(this, 9, 0) ? given->value(this, 9, 0) : 0;
+        advised = ask(given);
+        std::array<GLfloat, 4> current{};
+        glGetFloatv(GL_CURRENT_COLOR, current.data());
+        for (std::size_t i = 0; i < 4; ++i)
+            color[i] = static_cast<GLubyte>(std::lround(current[i] * 255.0f));
     }
 };
 
@@ -745,7 +787,8 @@ class FixedAdvisor : public GraphicsObjectRenderAdvisor
 {
 public:
     bool overrides(GraphicsObject *, int, int) override { return true; }
-    std::uint32_t value(GraphicsObject *, int, int) override { return 77; }
+    std::uint32_t value(GraphicsObject *, int, int) override { return answer; }
+    std::uint32_t answer = 77;
 };
 
 } // namespace
@@ -765,7 +808,57 @@ void ImageCompositionTest::renderCalls_handOnTheAdvisorAndRestoreIt()
     QCOMPARE(object.advised, 77u);
     QVERIFY(!pod.overrides(&object, 9, 0)); // no advisor outside a render call
     QCOMPARE(pod.colors().size(), 1);       // color(0) was taken
+    // Within a render call another one with another advisor, and then the first one again.
+    FixedAdvisor other;
+    other.answer = 88;
+    object.inner = [&] { pod.renderPoint(&other, 1, 2, 3); };
+    pod.render(&advisor);
+    QCOMPARE(object.advised, 88u);
+    QCOMPARE(object.advisedAtEnd, 77u);
     context.doneCurrent();
+}
+
+void ImageCompositionTest::renderCalls_areHandedOnInTheColorOfThePod()
+{
+    QOffscreenSurface surface;
+    surface.create();
+    QOpenGLContext context;
+    QVERIFY(context.create() && context.makeCurrent(&surface));
+    RecordingObject object;
+    GraphicsPod pod(&object);
+    pod.setColor(QColor(10, 20, 30, 40));
+    FixedAdvisor advisor;
+    const double plane[4] = {1, 2, 3, 4};
+    const auto drawAll = [&] {
+        pod.renderPoint(&advisor, 1, 2, 3);
+        pod.renderPlane(&advisor, plane);
+        pod.render(&advisor);
+        pod.renderBox(&advisor, 1, 2, 3, 4, 5, 6);
+    };
+    drawAll();
+    const QStringList all{"point 1 2 3", "plane 1 2 3 4", "render", "box 1 2 3 4 5 6"};
+    QCOMPARE(object.calls, all);
+    QCOMPARE(object.color, (std::array<GLubyte, 4>{10, 20, 30, 40}));
+    pod.setDisplay(false);
+    drawAll();
+    QCOMPARE(object.calls, all);
+    context.doneCurrent();
+}
+
+void ImageCompositionTest::addedObject_isAnnouncedOncePerRow()
+{
+    ImageComposition composition;
+    const std::unique_ptr<MervImageObject> vectors(newImage("vectors", 3));
+    QStringList announced;
+    connect(&composition, &ImageComposition::imageAdded, this, [&] {
+        announced << QString("added %1").arg(composition.podCount());
+        composition.pod(composition.podCount() - 1)->setDisplay(true); // is followed already
+    });
+    connect(&composition, &ImageComposition::updated, this, [&] { announced << "updated"; });
+    connect(&composition, &ImageComposition::layoutChanged, this, [&] { announced << "layout"; });
+    QVERIFY(composition.addImageObject(vectors.get()));
+    QCOMPARE(announced,
+             (QStringList{"added 1", "updated", "added 2", "updated", "added 3", "updated", "layout"}));
 }
 
 void ImageCompositionTest::hiddenPod_drawsNothing()

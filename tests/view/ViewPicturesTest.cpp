@@ -5,6 +5,51 @@
 #include <QApplication>
 
 #include <cmath>
+#include <memory>
+#include <vector>
+
+namespace {
+
+// Writes down what it is asked to draw and how it would be clipped: '<' leaves what lies at smaller z, '>' at
+// larger z, as a view from above has it.
+class ListingObject : public ImageObject
+{
+public:
+    ListingObject(const QString &objectName, QStringList &callList)
+        : ImageObject(objectName, nullptr)
+        , calls(callList)
+    {}
+    void beforePaint() override { calls << label() + " before"; }
+    void renderPoint(GraphicsObjectRenderAdvisor *, float x, float y, float z) override
+    {
+        note(QString("point %1 %2 %3").arg(x).arg(y).arg(z));
+    }
+    bool renderPlane(GraphicsObjectRenderAdvisor *, const double plane[4]) override
+    {
+        note(QString("plane %1 %2 %3 %4").arg(plane[0]).arg(plane[1]).arg(plane[2]).arg(plane[3]));
+        return true;
+    }
+    void render(GraphicsObjectRenderAdvisor *) override { note("whole"); }
+
+private:
+    void note(const QString &what)
+    {
+        QString clip;
+        if (glIsEnabled(GL_CLIP_PLANE0)) {
+            // Kept in eye space, as the transposed inverse of the view has turned it.
+            GLdouble equation[4];
+            glGetClipPlane(GL_CLIP_PLANE0, equation);
+            GLdouble view[16]; // column by column
+            glGetDoublev(GL_MODELVIEW_MATRIX, view);
+            clip = equation[2] * view[10] > 0 ? " >" : " <";
+        }
+        calls << label() + ' ' + what + clip;
+    }
+
+    QStringList &calls;
+};
+
+} // namespace
 
 // Pictures of the view, seen as resetView() shows them: 8 pixels per mm, (20, 20) mm in the middle.
 class ViewPicturesTest : public QObject
@@ -21,6 +66,7 @@ private slots:
     void obliquePlane_showsTheCutVoxels();
     void contours_withFillsAndLines();
     void scopes_drawInTheirPasses();
+    void objects_areDrawnBackToFrontInTheirOrder();
     void edgeMarks_areKitesAlongTheGradient();
     void rubberBand_isADashedRectangle();
     void cube_hasFaintFarAndStrongNearEdges();
@@ -156,6 +202,42 @@ void ViewPicturesTest::scopes_drawInTheirPasses()
         pod->setDisplayScope(7);
         QVERIFY(at(picture(), 30, 20).red() > 250);
     }
+}
+
+void ViewPicturesTest::objects_areDrawnBackToFrontInTheirOrder()
+{
+    QStringList calls;
+    std::vector<std::unique_ptr<ListingObject>> objects;
+    ImageComposition composition;
+    QStackedSliceView view(nullptr, &composition);
+    const int scopes[] = {1, 2, 3, 4, 5, 6, 7, 0};
+    for (const int scope : scopes) {
+        objects.push_back(std::make_unique<ListingObject>(QString::number(scope), calls));
+        composition.addImageObject(objects.back().get());
+        composition.pod(composition.podCount() - 1)->setDisplayScope(scope);
+    }
+    view.resize(220, 220);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    view.setWorkingZ(2.0f);
+    QMouseEvent move(QEvent::MouseMove, QPointF(120, 90), QPointF(), Qt::NoButton, Qt::NoButton,
+                     Qt::NoModifier);
+    QApplication::sendEvent(&view, &move); // (10, 20) from the middle
+
+    QStringList before;
+    for (const int scope : scopes)
+        before << QString("%1 before").arg(scope);
+    const QStringList behind{"4 plane 0 0 1 -2 <", "5 whole <", "6 whole <"};
+    const QStringList on{"1 point 10 20 2", "3 plane 0 0 1 -2", "4 plane 0 0 1 -2"};
+    const QStringList front{"4 plane 0 0 1 -2 >", "5 whole >", "7 whole >"};
+    calls.clear();
+    view.repaintNow();
+    QCOMPARE(calls, before + behind + on + front);
+    // Half a turn about y: what was behind the plane is now the nearer side.
+    view.rotate(0.0, 2.0 * std::acos(0.0), 0.0, true, true);
+    calls.clear();
+    view.repaintNow();
+    QCOMPARE(calls, before + front + on + behind);
 }
 
 void ViewPicturesTest::edgeMarks_areKitesAlongTheGradient()
