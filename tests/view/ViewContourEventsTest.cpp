@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <memory>
 #include <random>
 #include <vector>
 
@@ -28,6 +29,12 @@ double shoelace(const QList<QPointF> &points)
     }
     return std::abs(sum) / 2.0;
 }
+
+class FineObject : public ImageObject
+{
+public:
+    float granularity() const override { return 0.25f; }
+};
 
 } // namespace
 
@@ -48,6 +55,10 @@ private slots:
     void tracePressAtTheLastPoint_appends();
     void tracePressAtTheFirstPoint_prepends();
     void tracePressNearTheEdgePointOfAnEnd_continues();
+    void tracePressOneStepFromAnEnd_startsAnew();
+    void tracePressNearBothEnds_takesTheFirst();
+    void stepsOfTraceAndErase_areThoseOfTheFinestObject();
+    void stepsOfGuess_areThoseOfTheAnalyzedObject();
     void trace_isAttractedByEnds();
     void traceWithAlt_isAttractedByContours();
     void traceGoingBack_takesPointsAway();
@@ -129,8 +140,10 @@ void ViewContourEventsTest::trace_marksEdgePointsAroundTheCursor()
 {
     traceMode();
     moveTo(21.0, 10.0);
-    // The edge runs along x = 20: two points per row for the rows y = 8.5, 9.5, 10.5, 11.5 (7.5 .. 12.5).
-    QVERIFY(!scene->state().edgeMarkers.empty());
+    // The edge runs along x = 20.
+    const std::unique_ptr<EdgePointList> near(scene->edges->edgePointsAround(21.0f, 10.0f, firstZ, 2.5f));
+    QVERIFY(!near->isEmpty());
+    QCOMPARE(static_cast<qsizetype>(scene->state().edgeMarkers.size()), near->size());
     for (const EdgePoint &point : scene->state().edgeMarkers) {
         QVERIFY(std::abs(point.x - 20.0f) < 0.6f);
         QVERIFY(std::abs(point.y - 10.0f) <= 2.5f);
@@ -243,6 +256,70 @@ void ViewContourEventsTest::tracePressNearTheEdgePointOfAnEnd_continues()
     QCOMPARE(scene->state().activeSegment.data(), scene->bone->segment(0));
     QCOMPARE(scene->state().activeEnd, 1);
     hand->release(Qt::LeftButton);
+}
+
+void ViewContourEventsTest::tracePressOneStepFromAnEnd_startsAnew()
+{
+    SlicedContoursSegment *old = ViewScene::line(scene->bone, firstZ, {{5, 5}, {10, 5}});
+    traceMode();
+    moveTo(11, 5); // one step is not less than one step
+    hand->press(Qt::RightButton);
+    QCOMPARE(scene->bone->segmentCount(), 2);
+    QCOMPARE(scene->state().anchorSegment.data(), old);
+    QCOMPARE(scene->state().activeSegment.data(), scene->bone->segment(1));
+    QCOMPARE(scene->state().activeEnd, 1);
+    hand->release(Qt::RightButton);
+    QCOMPARE(scene->bone->segmentCount(), 1);
+    moveTo(10.875, 5);
+    hand->press(Qt::RightButton);
+    QCOMPARE(scene->state().activeSegment.data(), old);
+    QVERIFY(!scene->state().anchorSegment);
+    hand->release(Qt::RightButton);
+}
+
+void ViewContourEventsTest::tracePressNearBothEnds_takesTheFirst()
+{
+    SlicedContoursSegment *tiny = ViewScene::line(scene->bone, firstZ, {{10, 10}, {10.5, 10}});
+    traceMode();
+    moveTo(10.5, 10); // at the last point, but the first one is asked first
+    hand->press(Qt::RightButton);
+    QCOMPARE(scene->state().activeSegment.data(), tiny);
+    QCOMPARE(scene->state().activeEnd, -1);
+    hand->release(Qt::RightButton);
+}
+
+void ViewContourEventsTest::stepsOfTraceAndErase_areThoseOfTheFinestObject()
+{
+    FineObject fine;
+    scene->composition->addImageObject(&fine);
+    ViewScene::line(scene->bone, firstZ, {{5, 5}, {10, 5}});
+    traceMode();
+    draw({{10.5, 5.5}, {12, 8}}); // two steps of 0.25 beside the end
+    QCOMPARE(scene->bone->segmentCount(), 2);
+    QCOMPARE(points(1), (QList<QPointF>{{10.5, 5.5}, {12, 8}}));
+    scene->view->setInteractBaseModeErase();
+    hand->keyDown(XHand::Shift);
+    moveTo(12.25, 8);
+    hand->click(Qt::LeftButton);
+    QCOMPARE(scene->bone->segmentCount(), 2);
+    moveTo(12, 8);
+    hand->click(Qt::LeftButton);
+    hand->keyUp(XHand::Shift);
+    QCOMPARE(scene->bone->segmentCount(), 1);
+}
+
+void ViewContourEventsTest::stepsOfGuess_areThoseOfTheAnalyzedObject()
+{
+    FineObject fine;
+    scene->composition->addImageObject(&fine); // shown, but not analyzed
+    ViewScene::line(scene->bone, firstZ, {{20, 5.5}, {20, 7.5}, {20, 9.5}});
+    scene->view->setInteractBaseModeGuess();
+    moveTo(20.375, 9.5); // nearer than half a step of 1 mm
+    hand->click(Qt::LeftButton);
+    moveTo(20, 20.5);
+    hand->click(Qt::RightButton);
+    QCOMPARE(scene->bone->segmentCount(), 1);
+    QVERIFY(scene->bone->segment(0)->lastPoint().y() > 18.0);
 }
 
 void ViewContourEventsTest::trace_isAttractedByEnds()
