@@ -5,6 +5,7 @@
 #include "objects/manager/AbstractQIconProvider.h"
 
 #include <QDataStream>
+#include <QIODevice>
 #include <QMimeData>
 #include <QPainter>
 #include <QPixmap>

@@ -163,7 +163,7 @@ QString ImageManager::writeMetrics(ImageObject *image, const QString &contoursPa
     const QAbstractItemModel *model = metricsModelFactory ? metricsModelFactory(image) : nullptr;
     if (model == nullptr)
         return contoursPath;
-    const QString metricsPath = MetricsText::path(contoursPath);
+    QString metricsPath = MetricsText::path(contoursPath);
     // On purpose the table takes the place of the contours when their name holds neither word; but nothing is
     // lost by that.
     if (QFileInfo(metricsPath) == QFileInfo(contoursPath) && !keepContours(contoursPath))

@@ -103,6 +103,7 @@ bool TextSlicSerializer::serialize(ImageObject *object, std::ostream &stream)
         return false;
     stream << contours->label().toLocal8Bit().toStdString() << std::endl;
     std::vector<LevelPoints> fragments;
+    fragments.reserve(static_cast<std::size_t>(contours->fragmentCount()));
     for (int i = 0; i < contours->fragmentCount(); ++i)
         fragments.push_back(pointsOf(*contours->fragment(i)));
     for (const float z : levelsOf(*contours)) {
