@@ -7,6 +7,8 @@
 #include <fstream>
 #include <list>
 
+#include <unistd.h>
+
 namespace fs = std::filesystem;
 using Names = std::list<std::string>;
 
@@ -28,7 +30,8 @@ protected:
     }
     ~Files() override { fs::remove_all(root); }
 
-    const fs::path root = fs::path(testing::TempDir()) / "tevora files \xc3\xa4";
+    const fs::path root =
+        fs::path(testing::TempDir()) / ("tevora files \xc3\xa4 " + std::to_string(getpid()));
 };
 
 } // namespace

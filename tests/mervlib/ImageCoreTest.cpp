@@ -4,6 +4,8 @@
 #include <fstream>
 #include <limits>
 
+#include <unistd.h>
+
 using MERV::createImage;
 using MERV::Image;
 using MERV::ImageBase;
@@ -581,7 +583,8 @@ namespace {
 
 std::string dump(const Image &image, int value)
 {
-    const std::string path = testing::TempDir() + "voxel_indices_" + std::to_string(image.getDataType());
+    // Several of these programs may run at once.
+    const std::string path = testing::TempDir() + "voxel_indices_" + std::to_string(getpid());
     image.writeVoxelIndices(path.c_str(), value);
     std::string text;
     {
