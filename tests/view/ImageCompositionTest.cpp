@@ -847,9 +847,9 @@ void ImageCompositionTest::renderCalls_areHandedOnInTheColorOfThePod()
 
 void ImageCompositionTest::addedObject_isAnnouncedOncePerRow()
 {
-    ImageComposition composition;
+    QStringList announced; // outlives all that writes to it
     const std::unique_ptr<MervImageObject> vectors(newImage("vectors", 3));
-    QStringList announced;
+    ImageComposition composition;
     connect(&composition, &ImageComposition::imageAdded, this, [&] {
         announced << QString("added %1").arg(composition.podCount());
         composition.pod(composition.podCount() - 1)->setDisplay(true); // is followed already

@@ -274,12 +274,13 @@ void ViewCameraEventsTest::repeatedReleases_endNoTemporaryMode()
 void ViewCameraEventsTest::baseMode_isAnnouncedBeforeItIsEntered()
 {
     QStringList announced;
-    connect(scene->view, &View::interactBaseModeZoomSet, this, [&] {
+    const QObject listener; // ends the connections before the list goes
+    connect(scene->view, &View::interactBaseModeZoomSet, &listener, [&] {
         announced << "set";
         QCOMPARE(scene->state().interactBaseMode, InteractMode::Zoom);
         QCOMPARE(scene->state().interactMode, InteractMode::Move);
     });
-    connect(scene->view, &View::interactModeZoomEntered, this, [&] {
+    connect(scene->view, &View::interactModeZoomEntered, &listener, [&] {
         announced << "entered";
         QCOMPARE(scene->state().interactMode, InteractMode::Zoom);
         QCOMPARE(scene->view->cursor().shape(), Qt::BitmapCursor);
@@ -874,7 +875,8 @@ void ViewCameraEventsTest::coordinatesText_hasThreeDecimals()
 void ViewCameraEventsTest::manyUpdates_paintAtOnce()
 {
     int paints = 0;
-    connect(scene->view, &QOpenGLWidget::aboutToCompose, this, [&] { ++paints; });
+    const QObject counter; // ends the connection before paints goes
+    connect(scene->view, &QOpenGLWidget::aboutToCompose, &counter, [&] { ++paints; });
     for (int i = 0; i < 20; ++i)
         emit scene->image->updated();
     QCOMPARE(paints, 20);
