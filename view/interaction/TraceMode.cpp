@@ -181,6 +181,8 @@ bool TraceMode::continueAnchor(const EdgePoint &edge)
     const QPointF first = anchor->point(0);
     const QPointF last = anchor->lastPoint();
     const float z = anchor->z();
+    // The order of these tests decides which end a press takes that is near several.
+    // NOLINTBEGIN(bugprone-branch-clone)
     if (isWithin(first, z, cursor, step))
         state.activeEnd = front;
     else if (isWithin(last, z, cursor, step))
@@ -191,6 +193,7 @@ bool TraceMode::continueAnchor(const EdgePoint &edge)
         state.activeEnd = back;
     else
         return false;
+    // NOLINTEND(bugprone-branch-clone)
     state.activeSegment = anchor;
     state.anchorSegment = nullptr;
     return true;
@@ -260,7 +263,7 @@ bool TraceMode::confirmLoss(SlicedContoursSegment *other)
 
 // Puts the piece into the line that it started on and the one that it ends on; both become one. A piece that
 // nothing takes stays a line of its own.
-void TraceMode::splice(QPointer<SlicedContoursSegment> other)
+void TraceMode::splice(const QPointer<SlicedContoursSegment> &other)
 {
     if (!state.activeSegment)
         return;

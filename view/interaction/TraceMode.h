@@ -38,5 +38,5 @@ private:
     void addAtActiveEnd(double x, double y);
     void deleteShortSegment();
     bool confirmLoss(SlicedContoursSegment *other);
-    void splice(QPointer<SlicedContoursSegment> other);
+    void splice(const QPointer<SlicedContoursSegment> &other);
 };

@@ -79,7 +79,9 @@ void ZoomMode::zoomToRectangle(const QPoint &position)
 {
     const QPoint pressed = state.pressPosition;
     const QPoint size = position - pressed; // at least one coordinate is not 0
-    view.translateTarget(-((pressed.x() + position.x()) / 2), -((pressed.y() + position.y()) / 2));
+    // The centre in whole pixels.
+    const int centreX = (pressed.x() + position.x()) / 2, centreY = (pressed.y() + position.y()) / 2;
+    view.translateTarget(-centreX, -centreY);
     view.scaleTarget(std::min(std::abs(static_cast<double>(state.height) / size.y()),
                               std::abs(static_cast<double>(state.width) / size.x())));
 }
