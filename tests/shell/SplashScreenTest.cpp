@@ -1,5 +1,7 @@
 #include "shell/TevoraSplashScreen.h"
 
+#include "tests/support/GoldenPicture.h"
+
 #include <QPainter>
 #include <QTest>
 
@@ -9,6 +11,8 @@ namespace {
 class PaintedSplash : public TevoraSplashScreen
 {
 public:
+    void paintContents(QPainter &painter) { drawContents(&painter); }
+
     QImage painted()
     {
         QImage image(640, 480, QImage::Format_RGB32);
@@ -68,6 +72,22 @@ private slots:
         QCOMPARE(image.pixelColor(621, 318), QColor(0, 129, 158));
         QCOMPARE(image.pixelColor(622, 318), QColor(Qt::white));
         QCOMPARE(image.pixelColor(623, 318), QColor(130, 130, 130));
+    }
+
+    // The whole screen as a reader sees it, but for the text, whose font depends on the system.
+    void pictureIsTheAcceptedOne()
+    {
+        PaintedSplash splash;
+        splash.setProgress(0.4f, "");
+        QImage picture = splash.pixmap().toImage().convertToFormat(QImage::Format_RGB32);
+        QPainter painter(&picture);
+        splash.paintContents(painter);
+        painter.end();
+        // 0.4 of 602 is 240 whole pixels: the bar covers 20..259.
+        QCOMPARE(probe(picture, 259, 318), QColor(0, 129, 158));
+        QCOMPARE(probe(picture, 260, 318), QColor(Qt::white));
+        QCOMPARE(probe(picture, 18, 318), QColor(130, 130, 130));
+        QCOMPARE(goldenFault(picture, "splash"), QString());
     }
 
     void nullMessageKeepsTheText_emptyMessageBlanksIt()
