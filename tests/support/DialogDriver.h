@@ -16,6 +16,7 @@
 #include <QStringList>
 #include <QTest>
 #include <QTimer>
+#include <QWindow>
 
 #include <functional>
 #include <utility>
@@ -195,7 +196,9 @@ private:
     void look()
     {
         auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-        if (dialog == nullptr || !dialog->isVisible())
+        // Only what is on the screen takes a click.
+        if (dialog == nullptr || !dialog->isVisible() || dialog->windowHandle() == nullptr ||
+            !dialog->windowHandle()->isExposed())
             return;
         if (answered.contains(dialog)) {
             if (sinceAnswer.elapsed() > stuckMs)

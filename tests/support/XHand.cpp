@@ -118,6 +118,9 @@ void XHand::clickIntoDialog(Qt::MouseButton button)
     press(button);
     buttonEvent(buttonNumber(button), false);
     QTest::qWait(50);
+    // Until the window manager has taken the dialog's frame away, it would catch the next press.
+    if (!target.isNull() && !QTest::qWaitForWindowActive(target->window(), waitMs))
+        QTest::qFail("the dialog is still in front", __FILE__, __LINE__);
 }
 
 void XHand::doubleClick(Qt::MouseButton button)

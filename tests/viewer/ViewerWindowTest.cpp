@@ -20,6 +20,12 @@
 
 namespace {
 
+// The label's numbers are written as the reader's language has them.
+double number(const QString &text)
+{
+    return QLocale().toDouble(text);
+}
+
 struct Mode
 {
     const char *text;
@@ -280,19 +286,19 @@ private slots:
         // All 40 mm fit the smaller side; the middle of the volume is in the middle of the view, at most a
         // pixel away; the label has three digits.
         const double mmPerPixel = ViewerScene::extentMm / std::min(area.width(), area.height());
-        QVERIFY(std::abs(atCentre.captured(1).toDouble() - 20.0) < mmPerPixel + 0.0006);
-        QVERIFY(std::abs(atCentre.captured(2).toDouble() - 20.0) < mmPerPixel + 0.0006);
-        QCOMPARE(atCentre.captured(3).toDouble(), 1.0);
+        QVERIFY(std::abs(number(atCentre.captured(1)) - 20.0) < mmPerPixel + 0.0006);
+        QVERIFY(std::abs(number(atCentre.captured(2)) - 20.0) < mmPerPixel + 0.0006);
+        QCOMPARE(number(atCentre.captured(3)), 1.0);
         // 30 pixels to the right, 20 up.
         hand.moveTo(area.center() + QPoint(30, -20));
         const auto later = pattern.match(scene->coordinatesLabel()->text());
         const auto moved = [&](int part) {
-            return later.captured(part).toDouble() - atCentre.captured(part).toDouble();
+            return number(later.captured(part)) - number(atCentre.captured(part));
         };
         QVERIFY(std::abs(moved(1) - 30 * mmPerPixel) < 0.01);
         QVERIFY(std::abs(moved(2) - 20 * mmPerPixel) < 0.01);
         hand.wheel(true);
-        QVERIFY(scene->coordinatesLabel()->text().endsWith("z = 3.000 mm"));
+        QVERIFY(scene->coordinatesLabel()->text().endsWith("z = " + QLocale().toString(3.0, 'f', 3) + " mm"));
         QCOMPARE(scene->coordinatesLabel()->parentWidget(), scene->viewer->findChild<QStatusBar *>());
         QVERIFY(scene->coordinatesLabel()->isVisible());
     }
