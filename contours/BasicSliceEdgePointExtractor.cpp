@@ -1,7 +1,7 @@
 #include "contours/BasicSliceEdgePointExtractor.h"
 
 #include "Common/Image.h"
-#include "contours/ParallelFor.h"
+#include "platform/ParallelFor.h"
 #include "objects/MervImageObject.h"
 #include "objects/SlicePositions.h"
 

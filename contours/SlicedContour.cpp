@@ -1,7 +1,7 @@
 #include "contours/SlicedContour.h"
 
 #include "contours/ContourGeometry.h"
-#include "contours/ReadWriteLock.h"
+#include "platform/ReadWriteLock.h"
 #include "contours/SlicedContoursFragment.h"
 #include "contours/SlicedContoursObject.h"
 

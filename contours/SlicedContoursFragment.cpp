@@ -1,7 +1,7 @@
 #include "contours/SlicedContoursFragment.h"
 
 #include "contours/ContourGeometry.h"
-#include "contours/ReadWriteLock.h"
+#include "platform/ReadWriteLock.h"
 #include "contours/SlicedContoursObject.h"
 #include "contours/SlicedContoursSegment.h"
 

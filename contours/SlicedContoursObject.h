@@ -1,6 +1,6 @@
 #pragma once
 
-#include "contours/ReadWriteLock.h"
+#include "platform/ReadWriteLock.h"
 #include "contours/SegmentLevels.h"
 #include "objects/ImageObject.h"
 

@@ -122,6 +122,8 @@ QList<ImageObject *> ImageObject::sources() const
 
 void ImageObject::detachFrom(ImageObject *) {}
 
+void ImageObject::stopWorking() {}
+
 QString ImageObject::filePath() const
 {
     return loadedFrom;

@@ -89,6 +89,10 @@ public:
     // call the base. The signal destroyed() comes too late for this: a derived class's data are gone by then.
     virtual void detachFrom(ImageObject *closing);
 
+    // Ends the object's worker thread for good and waits for it; what was published last stays. For the end of
+    // the program, where image objects are not deleted. Without a worker it does nothing. May be called again.
+    virtual void stopWorking();
+
     // The path that the object was loaded from; null if it was built in memory.
     QString filePath() const;
 

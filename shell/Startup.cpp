@@ -1,5 +1,6 @@
 #include "shell/Startup.h"
 
+#include "objects/manager/ImageManager.h"
 #include "shell/Language.h"
 #include "shell/MainWindow.h"
 #include "shell/TevoraSplashScreen.h"
@@ -93,6 +94,7 @@ int runApplication(int argc, char **argv, const std::function<void()> &beforeLoo
     if (beforeLoop)
         beforeLoop();
     QApplication::exec();
+    window->imageManager()->stopWorkers();
     window.reset();
     return 0;
 }

@@ -152,6 +152,12 @@ void ImageManager::closeImage(const QModelIndex &index)
     emit layoutChanged();
 }
 
+void ImageManager::stopWorkers()
+{
+    for (ImageObject *image : std::as_const(images))
+        image->stopWorking();
+}
+
 void ImageManager::addClosingListener(QObject *holder, ClosingListener listener)
 {
     std::erase_if(listeners, [](const Listener &entry) { return entry.holder.isNull(); });

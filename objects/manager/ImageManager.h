@@ -60,6 +60,8 @@ public:
     // Takes the image out of the list, makes all others and all listeners let go of it, and deletes it. Does
     // nothing for an index without an image.
     void closeImage(const QModelIndex &index);
+    // Ends the worker threads of all images and waits for them; for the end of the program.
+    void stopWorkers();
     // For holders of image objects that are not in the list themselves, as views are: `listener` is called by
     // closeImage() while the object is still whole, as long as `holder` lives.
     void addClosingListener(QObject *holder, ClosingListener listener);

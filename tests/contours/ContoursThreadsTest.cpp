@@ -1,4 +1,4 @@
-#include "contours/ReadWriteLock.h"
+#include "platform/ReadWriteLock.h"
 #include "contours/SlicedContour.h"
 #include "contours/SlicedContoursFragment.h"
 #include "contours/SlicedContoursObject.h"

@@ -1,6 +1,6 @@
 #include "Common/ImageBase.h"
 #include "contours/ConventionalSliceEdgePointExtractor.h"
-#include "contours/ParallelFor.h"
+#include "platform/ParallelFor.h"
 #include "objects/MervImageObject.h"
 #include "tests/support/PlainEdgePoints.h"
 

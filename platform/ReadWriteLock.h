@@ -4,15 +4,12 @@
 
 // A read-write lock in which a waiting writer comes before new readers. Not recursive. ThreadSanitizer cannot
 // see into the toolkit's lock, so this one tells it when it is taken and given back.
-class ReadWriteLock
+class ReadWriteLock : public QReadWriteLock
 {
 public:
     void lockForRead();
     void lockForWrite();
     void unlock();
-
-private:
-    QReadWriteLock lock;
 };
 
 // Holds the lock for reading or writing as long as it exists. A null lock holds nothing.

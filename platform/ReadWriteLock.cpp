@@ -1,4 +1,4 @@
-#include "contours/ReadWriteLock.h"
+#include "platform/ReadWriteLock.h"
 
 #if defined(__has_feature)
 #if __has_feature(thread_sanitizer)
@@ -29,20 +29,20 @@ void noteGivenBack([[maybe_unused]] void *lock)
 
 void ReadWriteLock::lockForRead()
 {
-    lock.lockForRead();
+    QReadWriteLock::lockForRead();
     noteTaken(this);
 }
 
 void ReadWriteLock::lockForWrite()
 {
-    lock.lockForWrite();
+    QReadWriteLock::lockForWrite();
     noteTaken(this);
 }
 
 void ReadWriteLock::unlock()
 {
     noteGivenBack(this);
-    lock.unlock();
+    QReadWriteLock::unlock();
 }
 
 ReadLocker::ReadLocker(ReadWriteLock *lockOrNull)

@@ -1,0 +1,69 @@
+#include "meshes/TriMeshFragment.h"
+
+#include "meshes/geometry/ClosestPoint.h"
+
+#include <utility>
+
+TriMeshFragment::TriMeshFragment(const TriMeshFragment &source)
+    : LabeledGraphicsObject(source)
+    , TriFragment()
+    , ReadWriteLock()
+{
+    const ReadLocker lock(const_cast<TriMeshFragment *>(&source));
+    faces = source.faces;
+    changes = source.changes.load();
+}
+
+TriMeshFragment::~TriMeshFragment()
+{
+    lockForWrite();
+    unlock();
+}
+
+int TriMeshFragment::graphicsType() const
+{
+    return GraphicsTypeMesh;
+}
+
+void TriMeshFragment::addFace(const MERV::BRep::TriFace &face)
+{
+    const WriteLocker lock(this);
+    append(face);
+    ++changes;
+}
+
+void TriMeshFragment::clear()
+{
+    const WriteLocker lock(this);
+    TriFragment::clear();
+    ++changes;
+}
+
+void TriMeshFragment::setFaces(std::vector<MERV::BRep::TriFace> newFaces)
+{
+    const WriteLocker lock(this);
+    faces = std::move(newFaces);
+    ++changes;
+}
+
+int TriMeshFragment::faceCount() const
+{
+    const ReadLocker lock(const_cast<TriMeshFragment *>(this));
+    return static_cast<int>(size());
+}
+
+const MERV::BRep::TriFace &TriMeshFragment::face(int index) const
+{
+    const ReadLocker lock(const_cast<TriMeshFragment *>(this));
+    return faces[static_cast<std::size_t>(index)];
+}
+
+MERV::BRep::Point TriMeshFragment::closestPointTo(const MERV::BRep::Point &point) const
+{
+    return MERV::BRep::closestPointByScan(all(), point).point;
+}
+
+void TriMeshFragment::notifyFragmentUpdated()
+{
+    emit updated(this);
+}

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "meshes/geometry/Fragment.h"
+#include "objects/LabeledGraphicsObject.h"
+#include "platform/ReadWriteLock.h"
+
+#include <atomic>
+#include <cstdint>
+#include <vector>
+
+class GraphicsObjectRenderAdvisor;
+
+// A named list of triangles (mm) with a read-write lock: a triangle soup, in which neighbours repeat a point
+// by value. Owned by its mesh object. The GUI thread is the only writer and draws without the lock; a worker
+// takes a snapshot with the copy constructor and works on that. Nothing is emitted under the lock.
+class TriMeshFragment : public LabeledGraphicsObject, public TriFragment, public ReadWriteLock
+{
+    Q_OBJECT
+
+public:
+    TriMeshFragment() = default;
+    // A private snapshot: a deep copy of all faces and of the label, taken under the source's read lock,
+    // without a parent.
+    TriMeshFragment(const TriMeshFragment &source);
+    TriMeshFragment &operator=(const TriMeshFragment &) = delete;
+    // Waits for running readers.
+    ~TriMeshFragment() override;
+
+    int graphicsType() const override;
+
+    // Appends a copy. Takes the write lock, as clear() and setFaces() do.
+    void addFace(const MERV::BRep::TriFace &face);
+    void clear();
+    // Replaces all faces under one write lock: no reader ever sees a part of them.
+    void setFaces(std::vector<MERV::BRep::TriFace> newFaces);
+    int faceCount() const;
+    // A reference into the list, valid until the next change: for snapshots and the GUI thread only.
+    const MERV::BRep::TriFace &face(int index) const;
+
+    // The foot on the face that is nearest to the point, the first of equally near ones; invalid without
+    // faces. See TriFace::closestPointTo(). Takes no lock: for snapshots and the GUI thread.
+    MERV::BRep::Point closestPointTo(const MERV::BRep::Point &point) const;
+
+    // Grows with every change of the faces. Any thread.
+    std::uint64_t revision() const { return changes; }
+
+    // Draws the triangles in the current colour, lit from both sides, with one normal each.
+    virtual void render(GraphicsObjectRenderAdvisor *advisor);
+    // Draws the lines in which the triangles cut the plane a x + b y + c z + d = 0. Always true.
+    virtual bool renderSection(GraphicsObjectRenderAdvisor *advisor, const double plane[4]);
+
+    // Emits updated(QObject *).
+    void notifyFragmentUpdated();
+
+    using GraphicsObject::updated;
+
+signals:
+    void updated(QObject *fragment);
+
+private:
+    std::atomic<std::uint64_t> changes{0};
+};

@@ -1,0 +1,164 @@
+#include "meshes/geometry/TriFace.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace MERV::BRep {
+
+namespace {
+
+constexpr int corners = 3;
+
+int next(int index)
+{
+    return (index + 1) % corners;
+}
+
+Point *cloneOf(const Point *points)
+{
+    return new Point[corners]{points[0], points[1], points[2]};
+}
+
+// Where the plane crosses the edge between its ends; invalid if both lie on one side.
+Point crossing(const Line &edge, const Plane &plane)
+{
+    if ((plane * edge.from()) * (plane * edge.to()) <= 0.0)
+        return edge.intersection(plane);
+    return {};
+}
+
+// The foot of the perpendicular from q on the edge, or the edge's end nearer to q, the far one at a tie.
+Point closestOnEdge(const Line &edge, const Point &q)
+{
+    const Point from = euclidean(edge.from()), to = euclidean(edge.to());
+    const Plane across = Plane::perpendicular(q, {to.x - from.x, to.y - from.y, to.z - from.z});
+    if (const Point foot = crossing(edge, across); foot.valid)
+        return foot;
+    return distance(q, from) < distance(q, to) ? edge.from() : edge.to();
+}
+
+} // namespace
+
+TriFace::TriFace(const Point &p0, const Point &p1, const Point &p2)
+    : points(new Point[corners]{p0, p1, p2})
+    , valid(true)
+{}
+
+TriFace::TriFace(const TriFace &other)
+    : points(other.valid && !other.shares ? cloneOf(other.points) : other.points)
+    , valid(other.valid)
+    , shares(other.shares)
+{}
+
+TriFace::TriFace(TriFace &&other) noexcept
+    : points(std::exchange(other.points, nullptr))
+    , valid(std::exchange(other.valid, false))
+    , shares(std::exchange(other.shares, false))
+{}
+
+TriFace &TriFace::operator=(const TriFace &other)
+{
+    TriFace copy(other);
+    return *this = std::move(copy);
+}
+
+TriFace &TriFace::operator=(TriFace &&other) noexcept
+{
+    std::swap(points, other.points);
+    std::swap(valid, other.valid);
+    std::swap(shares, other.shares);
+    return *this;
+}
+
+TriFace::~TriFace()
+{
+    if (!shares)
+        delete[] points;
+}
+
+TriFace TriFace::sharing(const TriFace &owner)
+{
+    TriFace face;
+    face.points = owner.points;
+    face.valid = owner.valid;
+    face.shares = owner.valid;
+    return face;
+}
+
+Point TriFace::normal() const
+{
+    return valid ? triangleNormal(points[0], points[1], points[2]) : Point(0.0, 0.0, 0.0);
+}
+
+Line TriFace::edge(int index) const
+{
+    if (!valid || index < 0 || index >= corners)
+        return {};
+    return {points[index], points[next(index)]};
+}
+
+Plane TriFace::plane() const
+{
+    return valid ? Plane(points[0], points[1], points[2]) : Plane();
+}
+
+bool TriFace::hitBy(const Line &line) const
+{
+    if (!valid || !line.isValid())
+        return false;
+    const std::array<double, corners> s{side(edge(0), line), side(edge(1), line), side(edge(2), line)};
+    if (s[0] == 0.0 || s[1] == 0.0 || s[2] == 0.0)
+        return true;
+    return (s[0] > 0.0 && s[1] > 0.0 && s[2] > 0.0) || (s[0] < 0.0 && s[1] < 0.0 && s[2] < 0.0);
+}
+
+Point TriFace::intersection(const Line &line) const
+{
+    return hitBy(line) ? line.intersection(plane()) : Point();
+}
+
+Segment TriFace::sectionWith(const Plane &plane) const
+{
+    if (!valid || !plane.isValid())
+        return {};
+    const Point first = crossing(edge(0), plane);
+    const Point second = crossing(edge(1), plane);
+    return {first, second.valid ? second : crossing(edge(2), plane)};
+}
+
+Point TriFace::closestPointTo(const Point &q) const
+{
+    const Plane own = plane();
+    if (!q.valid || !own.isValid())
+        return {};
+    const Line upright(q, {own[0], own[1], own[2], 0.0});
+    if (!upright.isValid())
+        return {};
+    const std::array<Line, corners> edges{edge(0), edge(1), edge(2)};
+    std::array<double, corners> s{};
+    for (std::size_t i = 0; i < s.size(); ++i)
+        s[i] = side(edges[i], upright);
+    const auto at = [&s](int index) { return s[static_cast<std::size_t>(index % corners)]; };
+
+    for (int k = 0; k < corners; ++k) {
+        if (at(k) != 0.0)
+            continue;
+        if (at(k + 1) >= 0.0 && at(k + 2) >= 0.0)
+            return upright.intersection(own);
+        return at(k + 1) < 0.0 ? points[next(k)] : points[k];
+    }
+    if ((s[0] > 0.0 && s[1] > 0.0 && s[2] > 0.0) || (s[0] < 0.0 && s[1] < 0.0 && s[2] < 0.0))
+        return upright.intersection(own);
+    for (int i = 0; i < corners; ++i) {
+        if (at(i) < 0.0 && at(i + 1) < 0.0)
+            return points[next(i)];
+    }
+    for (int i = 0; i < corners; ++i) {
+        if (at(i) < 0.0)
+            return closestOnEdge(edges[static_cast<std::size_t>(i)], q);
+    }
+    return {};
+}
+
+} // namespace MERV::BRep
