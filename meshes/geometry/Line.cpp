@@ -27,8 +27,8 @@ Point Line::intersection(const Plane &plane) const
     const Point &p = ends[0], &q = ends[1];
     const double atP = plane * p, atQ = plane * q;
     Point meet(p.x * atQ - q.x * atP, p.y * atQ - q.y * atP, p.z * atQ - q.z * atP, p.w * atQ - q.w * atP);
-    meet.valid = meet.w != 0.0 && !std::isnan(meet.x) && !std::isnan(meet.y) && !std::isnan(meet.z) &&
-                 !std::isnan(meet.w);
+    meet.valid = meet.w != 0.0 && std::isfinite(meet.x) && std::isfinite(meet.y) && std::isfinite(meet.z) &&
+                 std::isfinite(meet.w);
     return meet;
 }
 

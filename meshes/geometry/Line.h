@@ -24,7 +24,8 @@ public:
     // The elements (1,2), (2,0), (0,1): the moment about the origin.
     const std::array<double, 3> &moment() const { return turn; }
 
-    // Where the line meets the plane; invalid if it is parallel to it, and for an invalid line or plane.
+    // Where the line meets the plane; invalid if it is parallel to it, if a number overflows, and for an
+    // invalid line or plane.
     Point intersection(const Plane &plane) const;
 
 private:
