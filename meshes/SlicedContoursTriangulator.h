@@ -30,6 +30,8 @@ public slots:
     void retriangulate(QObject *object);
 
 private:
+    void retriangulate(const SlicedContoursFragment &fragment);
+
     struct Entry
     {
         QPointer<const SlicedContoursFragment> fragment; // null when it has gone: the address may come again
