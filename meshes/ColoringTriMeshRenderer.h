@@ -1,8 +1,12 @@
 #pragma once
 
+#include "meshes/ColouredTriangles.h"
 #include "meshes/ImageRenderer.h"
 
 #include <QPointer>
+
+#include <cstdint>
+#include <optional>
 
 class SparselySampledImageObject;
 class TriMeshFragment;
@@ -25,6 +29,18 @@ public:
     void detachFrom(ImageObject *closing) override;
 
 private:
+    // What was drawn last, and from what.
+    struct Drawn
+    {
+        std::uint64_t fragmentRevision = 0;
+        std::uint64_t samplesRevision = 0;
+        ColouredTriangles triangles;
+    };
+
+    const ColouredTriangles &currentTriangles();
+
+    const ColourScale &scale;
     QPointer<TriMeshFragment> fragment;
     QPointer<SparselySampledImageObject> samples;
+    std::optional<Drawn> drawn; // made anew when fragment or samples have changed
 };

@@ -27,6 +27,7 @@ void DoubleBufferedSparselySampledImageObject::swapSamples()
             readSamples = firstSamples.get();
             writeSamples = secondSamples.get();
         }
+        ++changes;
     }
     emit updated();
 }

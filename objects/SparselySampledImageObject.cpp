@@ -38,9 +38,17 @@ LockedSamples SparselySampledImageObject::samples() const
 void SparselySampledImageObject::setSample(const Vector3 &position, double value)
 {
     (*writeSamples)[position] = value;
+    countChange();
 }
 
 void SparselySampledImageObject::clearSamples()
 {
     writeSamples->clear();
+    countChange();
+}
+
+void SparselySampledImageObject::countChange()
+{
+    if (writeSamples == readSamples)
+        ++changes;
 }

@@ -2,6 +2,8 @@
 
 #include "objects/ImageObject.h"
 
+#include <atomic>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <shared_mutex>
@@ -47,6 +49,9 @@ public:
     bool hasSample(const Vector3 &position) const;
     LockedSamples samples() const;
 
+    // Grows with every change of what samples() shows. Any thread; under LockedSamples it stays as it is.
+    std::uint64_t revision() const { return changes; }
+
     // Fill the map for writing. Main thread, or the one worker that fills a double buffer.
     void setSample(const Vector3 &position, double value);
     void clearSamples();
@@ -54,8 +59,12 @@ public:
     void render(GraphicsObjectRenderAdvisor *advisor) override;
 
 protected:
+    // For the filling thread, after a change of the map for writing: counts it if that map is the one read.
+    void countChange();
+
     const SampleMap *readSamples; // guarded by samplesMutex
     SampleMap *writeSamples;      // the filling thread's; changed under samplesMutex
     std::unique_ptr<SampleMap> firstSamples;
     mutable std::shared_mutex samplesMutex; // shared: one reading; exclusive: changing the pointers
+    std::atomic<std::uint64_t> changes{0};  // of what is read
 };

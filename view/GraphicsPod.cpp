@@ -1,6 +1,7 @@
 #include "view/GraphicsPod.h"
 
 #include "contours/RenderAdvice.h"
+#include "meshes/ColoringTriMeshRenderer.h"
 #include "objects/MervImageObject.h"
 #include "view/DisplayScope.h"
 
@@ -48,7 +49,7 @@ GraphicsPod::~GraphicsPod() = default;
 // A colouring says nothing when the mesh or the samples that it is drawn from change.
 void GraphicsPod::followColoring()
 {
-    if (!shown->inherits("ColoringTriMeshRenderer"))
+    if (qobject_cast<const ColoringTriMeshRenderer *>(shown) == nullptr)
         return;
     const QList<ImageObject *> sources = shown->sources();
     for (ImageObject *source : sources)

@@ -5,7 +5,10 @@
 #include "contours/SlicedContoursFragment.h"
 #include "contours/SlicedContoursObject.h"
 #include "contours/SlicedContoursSegment.h"
+#include "meshes/ColoringTriMeshRenderer.h"
+#include "meshes/TriMeshObject.h"
 #include "objects/MervImageObject.h"
+#include "objects/SparselySampledImageObject.h"
 #include "platform/OpenGl.h"
 #include "tests/support/CapturedOutput.h"
 #include "tests/support/TestVolume.h"
@@ -112,16 +115,6 @@ struct Scene
 };
 
 } // namespace
-
-// Stands for the renderer of this name, which does not tell when what it draws from changes.
-class ColoringTriMeshRenderer : public ImageObject
-{
-    Q_OBJECT
-
-public:
-    QList<ImageObject *> drawnFrom;
-    QList<ImageObject *> sources() const override { return drawnFrom; }
-};
 
 class ImageCompositionTest : public QObject
 {
@@ -891,10 +884,9 @@ void ImageCompositionTest::updated_isForwardedOncePerObject()
 
 void ImageCompositionTest::updatedOfAColoring_comesFromItsSources()
 {
-    ProbeObject mesh("mesh");
-    auto samples = std::make_unique<ProbeObject>("samples");
-    ColoringTriMeshRenderer coloring;
-    coloring.drawnFrom = {&mesh, samples.get()};
+    TriMeshObject mesh("mesh", nullptr);
+    auto samples = std::make_unique<SparselySampledImageObject>("samples", nullptr);
+    ColoringTriMeshRenderer coloring(mesh.addFragment("ribbon"), samples.get(), "coloring");
     ImageComposition composition;
     composition.addImageObject(&coloring);
     QSignalSpy updated(&composition, &ImageComposition::updated);

@@ -1,0 +1,5 @@
+#include "meshes/ImageRenderer.h"
+
+ImageRenderer::ImageRenderer(const QString &label, QObject *parent)
+    : ImageObject(label, parent)
+{}
