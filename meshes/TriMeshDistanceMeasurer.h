@@ -3,9 +3,15 @@
 #include "objects/DoubleBufferedSparselySampledImageObject.h"
 #include "platform/WorkerThread.h"
 
+#include <memory>
 #include <mutex>
+#include <span>
 
 class TriMeshFragment;
+
+namespace MERV::BRep {
+class TriFace;
+}
 
 // The distance in mm from each vertex of the base fragment to the remote one, as samples at the vertices, and
 // a summary at four reserved positions. Measured on a worker thread of its own, anew after every change of
@@ -57,9 +63,23 @@ protected:
     bool isStopping() const;
 
 private:
-    void workLoop();
+    // Copies that the worker measures on; none while a fragment is absent. One copy if both are the same.
+    struct Snapshots
+    {
+        std::shared_ptr<const TriMeshFragment> base, remote;
+    };
 
-    TriMeshFragment *base, *remote; // guarded by sourceMutex, held by the worker while it copies them
+    void follow(TriMeshFragment *fragment);
+    void letGo(bool ofBase, bool ofRemote);
+    void workLoop();
+    void measureOrPublishNothing();
+    Snapshots takeSnapshots() const;
+    // The samples and their summary into the map for writing; false if it was stopped.
+    bool fill(std::span<const MERV::BRep::TriFace> baseFaces,
+              std::span<const MERV::BRep::TriFace> remoteFaces);
+
+    // Changed by the main thread under sourceMutex; the worker holds it while it copies the fragments.
+    TriMeshFragment *base, *remote;
     const int definition;
     mutable std::mutex sourceMutex; // taken alone or before a fragment's lock, never with flagMutex
     mutable std::mutex flagMutex;   // guards the flags; nothing else is taken under it

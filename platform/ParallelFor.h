@@ -8,11 +8,17 @@
 #include <thread>
 #include <vector>
 
-// Calls work(i) for i = 0 .. count - 1, spread over the cores, the caller's thread among them; which thread
+// The number of cores, or 0 if the system does not tell.
+inline int coreCount()
+{
+    return static_cast<int>(std::thread::hardware_concurrency());
+}
+
+// Calls work(i) for i = 0 .. count - 1 on at most this many threads, the caller's among them; which thread
 // takes which i is open. Returns when all have ended. The first exception ends the handing out and is thrown
 // again here.
 template <typename Work>
-void parallelFor(int count, const Work &work)
+void parallelFor(int count, const Work &work, int threads = coreCount())
 {
     std::atomic<int> next{0};
     std::mutex failureMutex;
@@ -28,11 +34,10 @@ void parallelFor(int count, const Work &work)
                 failure = std::current_exception();
         }
     };
-    const int cores = static_cast<int>(std::thread::hardware_concurrency());
     {
         std::vector<std::jthread> helpers;
         try {
-            for (int i = 1; i < std::min(cores, count); ++i)
+            for (int i = 1; i < std::min(threads, count); ++i)
                 helpers.emplace_back(run);
         } catch (const std::system_error &) {
             // The system gives no more threads: those there are do the work.

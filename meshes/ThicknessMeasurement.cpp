@@ -1,0 +1,202 @@
+#include "meshes/ThicknessMeasurement.h"
+
+#include "meshes/geometry/ClosestPointIndex.h"
+#include "meshes/geometry/NearestHitIndex.h"
+#include "platform/ParallelFor.h"
+
+#include <algorithm>
+#include <atomic>
+#include <bit>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <utility>
+
+using MERV::BRep::ClosestPointIndex;
+using MERV::BRep::FacePoint;
+using MERV::BRep::Line;
+using MERV::BRep::NearestHitIndex;
+using MERV::BRep::Point;
+using MERV::BRep::TriFace;
+
+namespace {
+
+constexpr int cornersOfAFace = 3;
+constexpr std::size_t maximalRecords = 10;
+
+// A vertex and the face that reaches it first.
+struct BaseVertex
+{
+    Point point;
+    const TriFace *face = nullptr;
+};
+
+// Equal coordinates, -0.0 and 0.0 among them, have equal hashes.
+std::size_t hashOf(const Point &point)
+{
+    std::uint64_t hash = 0;
+    for (const double coordinate : {point.x, point.y, point.z, point.w}) {
+        hash ^= std::bit_cast<std::uint64_t>(coordinate == 0.0 ? 0.0 : coordinate);
+        hash *= 0x9E3779B97F4A7C15U; // 2^64 / golden ratio: spreads each bit upwards
+        hash ^= hash >> 32U;
+    }
+    return hash;
+}
+
+// The vertices met so far, each once, found again through an open hash table.
+class DistinctVertices
+{
+public:
+    explicit DistinctVertices(std::size_t maximalCount)
+        : places(std::bit_ceil(2 * maximalCount + 1), none)
+    {}
+
+    void add(const Point &point, const TriFace &face)
+    {
+        vertices.push_back({point, &face});
+        if (!point.sameCoordinates(point))
+            return; // a NaN equals nothing, itself neither: it is taken each time and never looked for
+        std::size_t place = hashOf(point) & (places.size() - 1);
+        for (; places[place] != none; place = (place + 1) & (places.size() - 1))
+            if (vertices[places[place]].point.sameCoordinates(point)) {
+                vertices.pop_back();
+                return;
+            }
+        places[place] = vertices.size() - 1;
+    }
+
+    std::vector<BaseVertex> take() { return std::move(vertices); }
+
+private:
+    static constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
+
+    std::vector<BaseVertex> vertices;
+    std::vector<std::size_t> places; // in vertices
+};
+
+std::vector<BaseVertex> distinctVertices(std::span<const TriFace> faces)
+{
+    DistinctVertices distinct(faces.size() * cornersOfAFace);
+    for (const TriFace &face : faces)
+        for (int corner = 0; face.isValid() && corner < cornersOfAFace; ++corner)
+            distinct.add(face.vertex(corner), face);
+    return distinct.take();
+}
+
+Line lineAlongNormal(const BaseVertex &vertex)
+{
+    const Point from = euclidean(vertex.point);
+    const Point normal = vertex.face->normal();
+    return {from, {from.x + normal.x, from.y + normal.y, from.z + normal.z}};
+}
+
+// The hit of each vertex, in their order; nothing if it was stopped. find is given the face of the last
+// answer of its thread: neighbours in the order mostly lie near one another.
+template <typename Find>
+std::optional<std::vector<Point>> findHits(const std::vector<BaseVertex> &vertices, const Find &find,
+                                           const std::function<bool()> &stopped)
+{
+    constexpr std::size_t batch = 32; // enough that handing them out costs nothing
+    std::vector<Point> hits(vertices.size());
+    std::atomic<bool> ended{false};
+    const auto batches = static_cast<int>((vertices.size() + batch - 1) / batch);
+    parallelFor(
+        batches,
+        [&](int index) {
+            const std::size_t first = static_cast<std::size_t>(index) * batch;
+            const std::size_t last = std::min(first + batch, vertices.size());
+            FacePoint hit;
+            for (std::size_t i = first; i < last && !ended; ++i) {
+                hit = find(vertices[i], hit.face);
+                hits[i] = hit.point;
+                if (stopped())
+                    ended = true;
+            }
+        },
+        coreCount() - 1); // one core is left to the main thread, which edits and draws meanwhile
+    if (ended)
+        return std::nullopt;
+    return hits;
+}
+
+std::optional<std::vector<Point>> hitsAlongNormals(const std::vector<BaseVertex> &vertices,
+                                                   std::span<const TriFace> remote,
+                                                   const std::function<bool()> &stopped)
+{
+    const NearestHitIndex index(remote);
+    const auto find = [&](const BaseVertex &vertex, std::size_t) {
+        return index.nearestHit(lineAlongNormal(vertex), vertex.point);
+    };
+    return findHits(vertices, find, stopped);
+}
+
+std::optional<std::vector<Point>> closestPoints(const std::vector<BaseVertex> &vertices,
+                                                std::span<const TriFace> remote,
+                                                const std::function<bool()> &stopped)
+{
+    const ClosestPointIndex index(remote);
+    const auto find = [&](const BaseVertex &vertex, std::size_t hint) {
+        return index.closestPoint(vertex.point, hint);
+    };
+    return findHits(vertices, find, stopped);
+}
+
+} // namespace
+
+std::optional<std::vector<ThicknessSample>> measureThickness(std::span<const TriFace> base,
+                                                             std::span<const TriFace> remote,
+                                                             ThicknessDirection direction,
+                                                             const std::function<bool()> &stopped)
+{
+    const std::vector<BaseVertex> vertices = distinctVertices(base);
+    if (stopped())
+        return std::nullopt;
+    const auto hits = direction == ThicknessDirection::AlongNormal
+                          ? hitsAlongNormals(vertices, remote, stopped)
+                          : closestPoints(vertices, remote, stopped);
+    if (!hits)
+        return std::nullopt;
+    std::vector<ThicknessSample> samples;
+    samples.reserve(vertices.size());
+    for (std::size_t i = 0; i < vertices.size(); ++i) {
+        const Point &hit = (*hits)[i];
+        if (hit.valid)
+            samples.push_back({vertices[i].point, distance(hit, vertices[i].point)});
+    }
+    return samples;
+}
+
+std::vector<double> runningRecords(std::span<const ThicknessSample> samples)
+{
+    std::vector<double> records;
+    for (const ThicknessSample &sample : samples) {
+        if (records.empty() || sample.distance > records.back())
+            records.push_back(sample.distance);
+        else if (records.front() > sample.distance)
+            records.insert(records.begin(), sample.distance);
+        if (records.size() > maximalRecords)
+            records.erase(records.begin());
+    }
+    return records;
+}
+
+std::optional<ThicknessSummary> summarizeThickness(std::span<const ThicknessSample> samples)
+{
+    if (samples.empty())
+        return std::nullopt;
+    const std::vector<double> records = runningRecords(samples);
+    double sumOfRecords = 0.0;
+    for (const double record : records)
+        sumOfRecords += record;
+    double sum = 0.0;
+    for (const ThicknessSample &sample : samples)
+        sum += sample.distance;
+    const auto count = static_cast<double>(samples.size());
+    const double mean = sum / count;
+    double squares = 0.0;
+    for (const ThicknessSample &sample : samples)
+        squares += (sample.distance - mean) * (sample.distance - mean);
+    return ThicknessSummary{records.back(), sumOfRecords / static_cast<double>(records.size()), mean,
+                            std::sqrt(squares / count)};
+}
