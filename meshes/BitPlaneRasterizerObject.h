@@ -17,7 +17,7 @@ public:
                              float voxelY, float voxelZ, QObject *parent = nullptr);
     ~BitPlaneRasterizerObject() override;
 
-    // Codes are taken modulo 256: -1 is 255.
+    // Codes are taken modulo 256: -1 is 255. An object that dies loses its code.
     void setBitCode(const GraphicsObject *object, int code);
     void setDefaultBitCode(int code);
     // 0 for an object without a code.
@@ -33,7 +33,10 @@ protected:
     void prepareSlice() override;
 
 private:
+    void forgetBitCode(const QObject *object);
+    std::uint8_t colourCode(const GraphicsObject *object) const;
+
     mutable std::mutex codeMutex; // guards the codes; nothing else is taken under it
-    QHash<const GraphicsObject *, std::uint8_t> bitCodes;
+    QHash<const QObject *, std::uint8_t> bitCodes;
     std::uint8_t defaultBitCode = 0;
 };
