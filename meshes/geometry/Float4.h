@@ -1,0 +1,88 @@
+#pragma once
+
+#include <cmath>
+#include <cstddef>
+
+namespace MERV::BRep {
+
+// Four numbers on which arithmetic and comparisons work side by side, a vector of the compiler.
+using Float4 = float __attribute__((vector_size(16)));
+
+inline constexpr std::size_t lanes = 4;
+// Where lanes without content lie; the square is still a number.
+inline constexpr float farAway = 0x1p50f;
+
+inline Float4 magnitude(Float4 a)
+{
+    return a < 0.0f ? -a : a;
+}
+
+inline Float4 smaller(Float4 a, Float4 b)
+{
+    return a < b ? a : b;
+}
+
+inline Float4 larger(Float4 a, Float4 b)
+{
+    return a > b ? a : b;
+}
+
+// Three coordinates: of one vector (T is float) or of four of them side by side (Float4).
+template <class T>
+struct Triple
+{
+    T x, y, z;
+};
+
+using Vector = Triple<float>;
+using Vector4 = Triple<Float4>;
+
+template <class T, class U>
+auto operator-(const Triple<T> &a, const Triple<U> &b)
+{
+    return Triple<decltype(a.x - b.x)>{a.x - b.x, a.y - b.y, a.z - b.z};
+}
+
+template <class T>
+Triple<T> operator+(const Triple<T> &a, const Triple<T> &b)
+{
+    return {a.x + b.x, a.y + b.y, a.z + b.z};
+}
+
+template <class T>
+Triple<T> operator*(const Triple<T> &a, T factor)
+{
+    return {a.x * factor, a.y * factor, a.z * factor};
+}
+
+template <class T>
+T dot(const Triple<T> &a, const Triple<T> &b)
+{
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
+
+template <class T>
+Triple<T> cross(const Triple<T> &a, const Triple<T> &b)
+{
+    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
+}
+
+// Of length 1; not a number for a vector of length 0.
+inline Vector normalized(const Vector &vector)
+{
+    return vector * (1.0f / std::sqrt(dot(vector, vector)));
+}
+
+inline Vector laneOf(const Vector4 &vectors, std::size_t lane)
+{
+    return {vectors.x[lane], vectors.y[lane], vectors.z[lane]};
+}
+
+inline void setLane(Vector4 &vectors, std::size_t lane, const Vector &value)
+{
+    vectors.x[lane] = value.x;
+    vectors.y[lane] = value.y;
+    vectors.z[lane] = value.z;
+}
+
+} // namespace MERV::BRep
