@@ -27,4 +27,5 @@ public slots:
 
 private:
     QPointer<TriMeshFragment> base, free;
+    unsigned runs = 0; // begun so far: a listener may change the free fragment in the middle of a run
 };

@@ -201,8 +201,7 @@ TEST(Ribbon, measuresInTheSliceOnly)
 
 // Lines that run against each other are stitched from their first points, though that twists the ribbon:
 // (0,0): d1 = |(0,0) (1,0)| = 1, d2 = |(1,0) (2,0)| = 1: a tie, along b; (0,1): d1 = |(0,0) (0,0)| = 0, d2
-// =
-// |(1,0) (1,0)| = 0: a tie, along b; then a is fanned to b's last point (0,0).
+// = |(1,0) (1,0)| = 0: a tie, along b; then a is fanned to b's last point (0,0).
 TEST(Ribbon, keepsTheDirectionOfOppositeLines)
 {
     EXPECT_THAT(ribbon({row(3), 0.0f}, {{{2.0, 0.0}, {1.0, 0.0}, {0.0, 0.0}}, 1.0f}),

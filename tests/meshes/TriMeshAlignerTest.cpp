@@ -1,0 +1,636 @@
+#include "meshes/TriMeshAligner.h"
+
+#include "meshes/TriMeshFragment.h"
+#include "meshes/geometry/ClosestPoint.h"
+#include "tests/support/CapturedOutput.h"
+
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <jama_eig.h>
+
+#include <array>
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <memory>
+#include <random>
+
+namespace {
+
+using MERV::BRep::Point;
+using MERV::BRep::TriFace;
+using Faces = std::vector<TriFace>;
+using Motion = std::function<Point(const Point &)>;
+
+constexpr double noNumber = std::numeric_limits<double>::quiet_NaN();
+
+auto meshUpdated()
+{
+    return qOverload<QObject *>(&TriMeshFragment::updated);
+}
+
+auto plainUpdated()
+{
+    return qOverload<>(&GraphicsObject::updated);
+}
+
+// A mesh object with one fragment.
+struct Mesh
+{
+    explicit Mesh(const QString &label, Faces faces = {})
+        : object(std::make_unique<TriMeshObject>(QStringLiteral("object of %1").arg(label), nullptr))
+        , fragment(object->addFragment(label))
+    {
+        fragment->setFaces(std::move(faces));
+    }
+
+    std::unique_ptr<TriMeshObject> object;
+    TriMeshFragment *fragment;
+};
+
+Faces facesOf(const TriMeshFragment &fragment)
+{
+    return {fragment.all().begin(), fragment.all().end()};
+}
+
+Faces movedBy(const Faces &faces, const Motion &motion)
+{
+    Faces result;
+    for (const TriFace &face : faces)
+        result.emplace_back(motion(face.vertex(0)), motion(face.vertex(1)), motion(face.vertex(2)));
+    return result;
+}
+
+Motion shift(double x, double y, double z)
+{
+    return [=](const Point &p) { return Point(p.x + x, p.y + y, p.z + z); };
+}
+
+// The six sides of a box with a corner at the origin, two right triangles each.
+Faces box(double a, double b, double c)
+{
+    const auto corner = [=](int i) {
+        return Point((i & 1) != 0 ? a : 0.0, (i & 2) != 0 ? b : 0.0, (i & 4) != 0 ? c : 0.0);
+    };
+    const std::array<std::array<int, 4>, 6> sides{
+        {{0, 2, 3, 1}, {4, 5, 7, 6}, {0, 1, 5, 4}, {2, 6, 7, 3}, {0, 4, 6, 2}, {1, 3, 7, 5}}};
+    Faces faces;
+    for (const auto &[i, j, k, l] : sides) {
+        faces.emplace_back(corner(i), corner(j), corner(k));
+        faces.emplace_back(corner(i), corner(k), corner(l));
+    }
+    return faces;
+}
+
+// A bumpy strip: neighbours share points, as ribbons do.
+Faces strip(std::mt19937 &random, int columns, int rows)
+{
+    std::uniform_real_distribution<double> noise(-0.3, 0.3);
+    std::vector<std::vector<Point>> grid;
+    for (int r = 0; r <= rows; ++r) {
+        grid.emplace_back();
+        for (int c = 0; c <= columns; ++c)
+            grid.back().emplace_back(c + noise(random), std::sin(0.7 * c) + noise(random), 1.5 * r);
+    }
+    Faces faces;
+    const auto at = [&grid](int r, int c) {
+        return grid[static_cast<std::size_t>(r)][static_cast<std::size_t>(c)];
+    };
+    for (int r = 0; r < rows; ++r)
+        for (int c = 0; c < columns; ++c) {
+            faces.emplace_back(at(r, c), at(r + 1, c), at(r, c + 1));
+            faces.emplace_back(at(r + 1, c), at(r + 1, c + 1), at(r, c + 1));
+        }
+    return faces;
+}
+
+double largestDistance(const Faces &left, const Faces &right)
+{
+    if (left.size() != right.size())
+        return noNumber;
+    double largest = 0.0;
+    for (std::size_t f = 0; f < left.size(); ++f)
+        for (int i = 0; i < 3; ++i) {
+            const double d = MERV::BRep::distance(left[f].vertex(i), right[f].vertex(i));
+            if (!(d <= largest))
+                largest = d;
+        }
+    return largest;
+}
+
+bool identical(const Faces &left, const Faces &right)
+{
+    if (left.size() != right.size())
+        return false;
+    for (std::size_t f = 0; f < left.size(); ++f)
+        for (int i = 0; i < 3; ++i)
+            if (!left[f].vertex(i).sameCoordinates(right[f].vertex(i)))
+                return false;
+    return true;
+}
+
+// The rounds as they are told: every corner searched and summed by itself, 50 times, by scans.
+Faces plainAlignment(const Faces &base, const Faces &freeFaces)
+{
+    using Vector = std::array<double, 3>;
+    using Matrix = std::array<std::array<double, 4>, 4>;
+    std::vector<Vector> F;
+    for (const TriFace &face : freeFaces)
+        for (int i = 0; i < 3; ++i) {
+            const Point p = euclidean(face.vertex(i));
+            F.push_back({p.x, p.y, p.z});
+        }
+    const auto N = static_cast<double>(F.size());
+    Vector c{};
+    for (const Vector &f : F)
+        for (std::size_t k = 0; k < 3; ++k)
+            c[k] += f[k];
+    for (double &k : c)
+        k /= N;
+    Matrix T{{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}};
+    const auto apply = [&T](const Vector &p) {
+        Vector result{};
+        for (std::size_t i = 0; i < 3; ++i)
+            result[i] = T[i][0] * p[0] + T[i][1] * p[1] + T[i][2] * p[2] + T[i][3];
+        return result;
+    };
+    for (int round = 0; round < 50; ++round) {
+        std::array<Vector, 3> S{};
+        Vector y{};
+        for (const Vector &f : F) {
+            const Vector q = apply(f);
+            const Point foot = euclidean(MERV::BRep::closestPointByScan(base, Point(q[0], q[1], q[2])).point);
+            const Vector b{foot.x, foot.y, foot.z};
+            for (std::size_t i = 0; i < 3; ++i) {
+                y[i] += b[i];
+                for (std::size_t j = 0; j < 3; ++j)
+                    S[i][j] += q[i] * b[j];
+            }
+        }
+        const Vector m = apply(c);
+        for (double &k : y)
+            k /= N;
+        for (std::size_t i = 0; i < 3; ++i)
+            for (std::size_t j = 0; j < 3; ++j)
+                S[i][j] = S[i][j] / N - m[i] * y[j];
+        const double trace = S[0][0] + S[1][1] + S[2][2];
+        TNT::Array2D<double> Q(4, 4);
+        Q[0][0] = trace;
+        Q[0][1] = Q[1][0] = S[1][2] - S[2][1];
+        Q[0][2] = Q[2][0] = S[2][0] - S[0][2];
+        Q[0][3] = Q[3][0] = S[0][1] - S[1][0];
+        for (int i = 0; i < 3; ++i)
+            for (int j = 0; j < 3; ++j) {
+                const auto r = static_cast<std::size_t>(i), s = static_cast<std::size_t>(j);
+                Q[i + 1][j + 1] = S[r][s] + S[s][r] - (i == j ? trace : 0.0);
+            }
+        JAMA::Eigenvalue<double> decomposition(Q);
+        TNT::Array1D<double> values;
+        TNT::Array2D<double> V;
+        decomposition.getRealEigenvalues(values);
+        decomposition.getV(V);
+        int index = 0;
+        double best = 0.0;
+        for (int i = 0; i < 4; ++i)
+            if (values[i] > best) {
+                best = values[i];
+                index = i;
+            }
+        const double q0 = V[0][index], q1 = V[1][index], q2 = V[2][index], q3 = V[3][index];
+        const std::array<Vector, 3> R{
+            {{q0 * q0 + q1 * q1 - q2 * q2 - q3 * q3, 2 * (q1 * q2 - q0 * q3), 2 * (q1 * q3 + q0 * q2)},
+             {2 * (q1 * q2 + q0 * q3), q0 * q0 + q2 * q2 - q1 * q1 - q3 * q3, 2 * (q2 * q3 - q0 * q1)},
+             {2 * (q1 * q3 - q0 * q2), 2 * (q2 * q3 + q0 * q1), q0 * q0 + q3 * q3 - q1 * q1 - q2 * q2}}};
+        Matrix step{};
+        step[3][3] = 1.0;
+        for (std::size_t i = 0; i < 3; ++i) {
+            for (std::size_t j = 0; j < 3; ++j)
+                step[i][j] = R[i][j];
+            step[i][3] = y[i] - (R[i][0] * m[0] + R[i][1] * m[1] + R[i][2] * m[2]);
+        }
+        Matrix product{};
+        for (std::size_t i = 0; i < 4; ++i)
+            for (std::size_t j = 0; j < 4; ++j)
+                for (std::size_t k = 0; k < 4; ++k)
+                    product[i][j] += step[i][k] * T[k][j];
+        T = product;
+    }
+    return movedBy(freeFaces, [&apply](const Point &vertex) {
+        const Point p = euclidean(vertex);
+        const Vector q = apply({p.x, p.y, p.z});
+        return Point(q[0], q[1], q[2]);
+    });
+}
+
+QStringList linesFrom(const CapturedOutput &output, const QString &start)
+{
+    return output.standardOutput()
+        .split(QLatin1Char('\n'))
+        .filter(QRegularExpression(QStringLiteral("^") + QRegularExpression::escape(start)));
+}
+
+std::vector<double> rmsValues(const CapturedOutput &output)
+{
+    std::vector<double> values;
+    for (const QString &line : linesFrom(output, QStringLiteral("Iteration #")))
+        values.push_back(line.section(QLatin1Char(' '), -1).toDouble());
+    return values;
+}
+
+const Faces wideTriangle{{{-100, -100, 0}, {100, -100, 0}, {0, 200, 0}}};
+
+} // namespace
+
+class TriMeshAlignerTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void labels_andSources()
+    {
+        const CapturedOutput quiet;
+        const Mesh base(QStringLiteral("base %1"), box(1, 2, 3)),
+            free(QStringLiteral("free %2"), box(1, 2, 3));
+        const TriMeshAligner aligner(base.fragment, free.fragment);
+        QCOMPARE(aligner.label(), QStringLiteral("free %2 aligned to base %1"));
+        QCOMPARE(aligner.fragmentCount(), 1);
+        QCOMPARE(aligner.fragment(0)->label(), QStringLiteral("free %2"));
+        QCOMPARE(aligner.sources(), (QList<ImageObject *>{base.object.get(), free.object.get()}));
+        const TriMeshAligner within(base.fragment, base.object->addFragment(QStringLiteral("second")));
+        QCOMPARE(within.sources(), QList<ImageObject *>{base.object.get()});
+    }
+
+    // A small triangle 2 mm above a wide one: every foot is straight below, 2 mm away. The points' mean is
+    // (0, 0, 2), that of the feet (0, 0, 0); S = diag(2/3, 2, 0), so the largest eigenvalue of Q is its trace
+    // 8/3 with the vector (1, 0, 0, 0): no rotation, and a translation by (0, 0, -2). Then nothing is left.
+    void parallelTriangle_isLoweredInOneRound()
+    {
+        const Mesh base(QStringLiteral("base"), wideTriangle);
+        const Mesh free(QStringLiteral("free"), {{{-1, -1, 2}, {1, -1, 2}, {0, 2, 2}}});
+        const CapturedOutput output;
+        const TriMeshAligner aligner(base.fragment, free.fragment);
+        QVERIFY(largestDistance(facesOf(*aligner.fragment(0)), {{{-1, -1, 0}, {1, -1, 0}, {0, 2, 0}}}) <
+                1e-12);
+        const QStringList lines = output.standardOutput().split(QLatin1Char('\n'));
+        QCOMPARE(lines.size(), 151); // three a round, and what follows the last end of line
+        QCOMPARE(lines[0], QStringLiteral("Iteration #0; rms distance of free to base fragment is 2"));
+        QString eigenvector = lines[1];
+        QCOMPARE(eigenvector.remove(QLatin1Char('-')),
+                 QStringLiteral("Eigenvector is 1, 0, 0, 0, having 2norm of 1"));
+        QVERIFY(lines[1].endsWith(QStringLiteral(", having 2-norm of 1")));
+        QCOMPARE(lines[2], QStringLiteral("Translation is 0, 0, -2"));
+        QCOMPARE(lines[3], QStringLiteral("Iteration #1; rms distance of free to base fragment is 0"));
+        QCOMPARE(lines[147].section(QLatin1Char(';'), 0, 0), QStringLiteral("Iteration #49"));
+        QVERIFY(lines[150].isEmpty());
+    }
+
+    // From far off all points have the same closest point, the corner V = (-100, -100, -100): S = m V^T - m
+    // V^T = 0, all eigenvalues are 0, the first vector is taken: no rotation, and a translation by V - m. Two
+    // points belong to both faces and count twice: m = (2, 2, 1), while the mean of the four is
+    // (1.5, 1.5, 1.5).
+    void sharedVertices_weighAsMuchAsTheirFaces()
+    {
+        const Mesh base(QStringLiteral("base"),
+                        {{{-100, -100, -100}, {-200, -100, -100}, {-100, -200, -100}}});
+        const Mesh free(QStringLiteral("free"), {{{0, 0, 0}, {6, 0, 0}, {0, 6, 0}}, //
+                                                 {{6, 0, 0}, {0, 6, 0}, {0, 0, 6}}});
+        const CapturedOutput output;
+        const TriMeshAligner aligner(base.fragment, free.fragment);
+        const QStringList lines = output.standardOutput().split(QLatin1Char('\n'));
+        QCOMPARE(lines[1], QStringLiteral("Eigenvector is 1, 0, 0, 0, having 2-norm of 1"));
+        QCOMPARE(lines[2], QStringLiteral("Translation is -102, -102, -101"));
+    }
+
+    void equalFragments_stayWhereTheyAre()
+    {
+        const Mesh base(QStringLiteral("base"), box(5, 7, 9)), free(QStringLiteral("free"), box(5, 7, 9));
+        const CapturedOutput output;
+        const TriMeshAligner aligner(base.fragment, free.fragment);
+        QVERIFY(largestDistance(facesOf(*aligner.fragment(0)), box(5, 7, 9)) < 1e-12);
+        QCOMPARE(rmsValues(output).front(), 0.0);
+        QCOMPARE(rmsValues(output).size(), std::size_t{50});
+    }
+
+    void fragmentOntoItself_staysWhereItIs()
+    {
+        const Mesh mesh(QStringLiteral("mesh"), box(5, 7, 9));
+        const CapturedOutput output;
+        const TriMeshAligner aligner(mesh.fragment, mesh.fragment);
+        QVERIFY(largestDistance(facesOf(*aligner.fragment(0)), box(5, 7, 9)) < 1e-12);
+        QCOMPARE(aligner.sources(), QList<ImageObject *>{mesh.object.get()});
+    }
+
+    void smallMotion_isUndone_data()
+    {
+        QTest::addColumn<double>("degrees");
+        QTest::addColumn<double>("x");
+        QTest::newRow("translation") << 0.0 << 0.3;
+        QTest::newRow("rotation") << 6.0 << 0.0;
+        QTest::newRow("both") << -5.0 << 0.4;
+    }
+
+    // A box has one place only where all corners of its copy lie on it (but for turns by half a circle), so
+    // the alignment of a copy that was moved a little ends on the box itself. Every round lowers the rms.
+    void smallMotion_isUndone()
+    {
+        QFETCH(const double, degrees);
+        QFETCH(const double, x);
+        const Faces original = box(10, 14, 20);
+        const double angle = degrees * std::acos(-1.0) / 180.0, c = std::cos(angle), s = std::sin(angle);
+        const Motion motion = [=](const Point &p) {
+            return Point(c * p.x - s * p.y + x, s * p.x + c * p.y - 0.5 * x, p.z + 0.25 * x);
+        };
+        const Mesh base(QStringLiteral("base"), original);
+        const Mesh free(QStringLiteral("free"), movedBy(original, motion));
+        const CapturedOutput output;
+        const TriMeshAligner aligner(base.fragment, free.fragment);
+        QVERIFY(largestDistance(facesOf(*aligner.fragment(0)), original) < 1e-6);
+        QVERIFY(largestDistance(facesOf(*free.fragment), movedBy(original, motion)) == 0.0);
+        const std::vector<double> rms = rmsValues(output);
+        QCOMPARE(rms.size(), std::size_t{50});
+        for (std::size_t i = 1; i < 10; ++i)
+            QVERIFY(rms[i] < rms[i - 1]);
+    }
+
+    void result_isThatOfThePlainRounds()
+    {
+        std::mt19937 random(11);
+        for (int round = 0; round < 5; ++round) {
+            const Faces baseFaces = strip(random, 9, 4 + round);
+            const Motion motion = shift(0.4, -0.3 * round, 0.2);
+            const Faces freeFaces = movedBy(strip(random, 7 + 8 * round, 3), motion);
+            const Mesh base(QStringLiteral("base"), baseFaces), free(QStringLiteral("free"), freeFaces);
+            const CapturedOutput quiet;
+            const TriMeshAligner aligner(base.fragment, free.fragment);
+            const Faces plain = plainAlignment(baseFaces, freeFaces);
+            QVERIFY(identical(facesOf(*aligner.fragment(0)), plain));
+            QVERIFY(largestDistance(plain, freeFaces) > 0.01);
+        }
+    }
+
+    // Homogeneous corners count with their place.
+    void homogeneousCorners_areTakenWithTheirPlace()
+    {
+        const Mesh base(QStringLiteral("base"), wideTriangle);
+        const Mesh free(QStringLiteral("free"), {{{-2, -2, 4, 2}, {4, -4, 8, 4}, {0, 1, 1, 0.5}}});
+        const CapturedOutput quiet;
+        const TriMeshAligner aligner(base.fragment, free.fragment);
+        QVERIFY(largestDistance(facesOf(*aligner.fragment(0)), {{{-1, -1, 0}, {1, -1, 0}, {0, 2, 0}}}) <
+                1e-12);
+        QCOMPARE(aligner.fragment(0)->face(0).vertex(2).w, 1.0);
+    }
+
+    void signals_areOnePerRoundAndTheOutputsOwnAtTheEnd()
+    {
+        const Mesh base(QStringLiteral("base"), box(5, 7, 9)), free(QStringLiteral("free"), box(5, 7, 9));
+        const CapturedOutput output;
+        TriMeshAligner aligner(base.fragment, free.fragment);
+        QStringList log;
+        connect(&aligner, &GraphicsObject::updated, this, [&log] { log << QStringLiteral("round"); });
+        TriMeshFragment *out = aligner.fragment(0);
+        connect(out, meshUpdated(), this, [&](QObject *object) {
+            log << (object == out ? QStringLiteral("output with object") : QStringLiteral("another"));
+        });
+        connect(out, plainUpdated(), this, [&log] { log << QStringLiteral("output"); });
+        const auto before = out->revision();
+        aligner.realign();
+        QCOMPARE(log.size(), 52);
+        QCOMPARE(log.count(QStringLiteral("round")), 50);
+        QCOMPARE(log[50], QStringLiteral("output with object"));
+        QCOMPARE(log[51], QStringLiteral("output"));
+        QCOMPARE(out->revision(), before + 50); // rewritten whole in every round
+        QCOMPARE(linesFrom(output, QStringLiteral("Iteration #")).size(), 100);
+    }
+
+    void rounds_areThereToSee()
+    {
+        const Mesh base(QStringLiteral("base"), wideTriangle);
+        const Mesh free(QStringLiteral("free"), {{{-1, -1, 2}, {1, -1, 2}, {0, 2, 2}}});
+        const CapturedOutput quiet;
+        TriMeshAligner aligner(base.fragment, free.fragment);
+        std::vector<double> heights;
+        connect(&aligner, &GraphicsObject::updated, this,
+                [&] { heights.push_back(aligner.fragment(0)->face(0).vertex(0).z); });
+        free.fragment->setFaces({{{-1, -1, 5}, {1, -1, 5}, {0, 2, 5}}});
+        free.fragment->notifyFragmentUpdated();
+        QCOMPARE(heights.size(), std::size_t{50});
+        QVERIFY(std::abs(heights.front()) < 1e-12);
+    }
+
+    // On purpose: only the free fragment starts a run.
+    void changes_ofTheFreeFragmentOnlyStartARun()
+    {
+        const Mesh base(QStringLiteral("base"), wideTriangle);
+        const Mesh free(QStringLiteral("free"), {{{-1, -1, 2}, {1, -1, 2}, {0, 2, 2}}});
+        const CapturedOutput output;
+        const TriMeshAligner aligner(base.fragment, free.fragment);
+        const QSignalSpy updates(&aligner, &GraphicsObject::updated);
+        base.fragment->setFaces(movedBy(wideTriangle, shift(0, 0, 7)));
+        base.fragment->notifyFragmentUpdated();
+        emit base.fragment->updated();
+        QCOMPARE(updates.count(), 0);
+        emit free.fragment->updated(); // without its object: not the signal that a rebuild ends with
+        QCOMPARE(updates.count(), 0);
+        free.fragment->notifyFragmentUpdated();
+        QCOMPARE(updates.count(), 50);
+        QCOMPARE(linesFrom(output, QStringLiteral("Iteration #")).size(), 100);
+        QVERIFY(std::abs(aligner.fragment(0)->face(0).vertex(0).z - 7.0) < 1e-12); // on the base as it is now
+        QCOMPARE(aligner.fragmentCount(), 1);
+    }
+
+    void emptyFreeFragment_givesAnEmptyOutputWithoutRounds()
+    {
+        const Mesh base(QStringLiteral("base"), wideTriangle);
+        const Mesh free(QStringLiteral("free"), {{{-1, -1, 2}, {1, -1, 2}, {0, 2, 2}}});
+        CapturedOutput output;
+        const TriMeshAligner aligner(base.fragment, free.fragment);
+        const QSignalSpy updates(&aligner, &GraphicsObject::updated);
+        const QSignalSpy withObject(aligner.fragment(0), meshUpdated());
+        const QSignalSpy plain(aligner.fragment(0), plainUpdated());
+        free.fragment->clear();
+        free.fragment->notifyFragmentUpdated();
+        QCOMPARE(aligner.fragment(0)->faceCount(), 0);
+        QCOMPARE(updates.count(), 1);
+        QCOMPARE(withObject.count(), 1);
+        QCOMPARE(plain.count(), 1);
+        QCOMPARE(linesFrom(output, QStringLiteral("Iteration #")).size(), 50); // those of the first run
+    }
+
+    void baseWithoutAnswer_leavesTheFreeFragmentWhereItIs_data()
+    {
+        QTest::addColumn<bool>("hasFaces");
+        QTest::newRow("no faces") << false;
+        QTest::newRow("faces without area") << true;
+    }
+
+    void baseWithoutAnswer_leavesTheFreeFragmentWhereItIs()
+    {
+        QFETCH(const bool, hasFaces);
+        const Mesh base(QStringLiteral("base"),
+                        hasFaces ? Faces{{{1, 1, 1}, {1, 1, 1}, {1, 1, 1}}, {{0, 0, 0}, {1, 1, 1}, {2, 2, 2}}}
+                                 : Faces());
+        const Mesh free(QStringLiteral("free"), box(1, 2, 3));
+        const CapturedOutput output;
+        TriMeshAligner aligner(base.fragment, free.fragment);
+        QVERIFY(identical(facesOf(*aligner.fragment(0)), box(1, 2, 3)));
+        const QStringList lines = output.standardOutput().split(QLatin1Char('\n'));
+        QCOMPARE(lines.size(), 151);
+        QCOMPARE(lines[0], QStringLiteral("Iteration #0; rms distance of free to base fragment is nan"));
+        QCOMPARE(linesFrom(output, QStringLiteral("Iteration #")).size(), 50);
+        const QSignalSpy updates(&aligner, &GraphicsObject::updated);
+        aligner.realign();
+        QCOMPARE(updates.count(), 50);
+    }
+
+    // A point that is no number, and the infinite one, take no part; the others are aligned.
+    void pointsThatAreNotFinite_takeNoPart()
+    {
+        const Mesh base(QStringLiteral("base"), wideTriangle);
+        const Mesh free(QStringLiteral("free"), {{{-1, -1, 2}, {1, -1, 2}, {0, 2, 2}}, //
+                                                 {{noNumber, 0, 0}, {0, 0, INFINITY}, {0, 0, 1, 0}}});
+        const CapturedOutput output;
+        const TriMeshAligner aligner(base.fragment, free.fragment);
+        QCOMPARE(aligner.fragment(0)->faceCount(), 2);
+        QVERIFY(std::abs(aligner.fragment(0)->face(0).vertex(0).z) < 1e-12);
+        QVERIFY(std::isnan(aligner.fragment(0)->face(1).vertex(0).x));
+        QCOMPARE(rmsValues(output).front(), 2.0);
+    }
+
+    void hostileSizes_end_data()
+    {
+        QTest::addColumn<double>("size");
+        for (const double size : {1e-320, 1e-170, 1e-160, 1e-80, 1e80, 1e150, 1e155, 1e200, 1e308})
+            QTest::addRow("%g", size) << size;
+    }
+
+    void hostileSizes_end()
+    {
+        QFETCH(const double, size);
+        const Motion scaled = [size](const Point &p) { return Point(p.x * size, p.y * size, p.z * size); };
+        const Faces large = movedBy(box(0.5, 0.7, 0.9), scaled);
+        const Faces plain = box(1, 2, 3);
+        const CapturedOutput output;
+        for (const auto &[baseFaces, freeFaces] :
+             {std::pair(large, large), std::pair(plain, large), std::pair(large, plain)}) {
+            const Mesh base(QStringLiteral("base"), baseFaces), free(QStringLiteral("free"), freeFaces);
+            const TriMeshAligner aligner(base.fragment, free.fragment);
+            QCOMPARE(aligner.fragment(0)->faceCount(), 12);
+            for (const TriFace &face : aligner.fragment(0)->all())
+                for (int i = 0; i < 3; ++i)
+                    QVERIFY(std::isfinite(face.vertex(i).x));
+        }
+        QCOMPARE(linesFrom(output, QStringLiteral("Iteration #")).size(), 150);
+    }
+
+    void defaultMadeFaces_areCarriedAlong()
+    {
+        const Mesh base(QStringLiteral("base"), wideTriangle);
+        const Mesh free(QStringLiteral("free"), {TriFace(), {{-1, -1, 2}, {1, -1, 2}, {0, 2, 2}}, TriFace()});
+        const Mesh nothing(QStringLiteral("nothing"), {TriFace()});
+        const CapturedOutput quiet;
+        const TriMeshAligner aligner(base.fragment, free.fragment);
+        QCOMPARE(aligner.fragment(0)->faceCount(), 3);
+        QVERIFY(!aligner.fragment(0)->face(0).isValid());
+        QVERIFY(std::abs(aligner.fragment(0)->face(1).vertex(0).z) < 1e-12);
+        const TriMeshAligner withoutCorners(base.fragment, nothing.fragment);
+        QCOMPARE(withoutCorners.fragment(0)->faceCount(), 1);
+    }
+
+    void closedSources_areForgottenAndTheCopyStays()
+    {
+        Mesh base(QStringLiteral("base"), wideTriangle);
+        Mesh free(QStringLiteral("free"), {{{-1, -1, 2}, {1, -1, 2}, {0, 2, 2}}});
+        const Mesh stranger(QStringLiteral("stranger"));
+        const CapturedOutput quiet;
+        TriMeshAligner aligner(base.fragment, free.fragment);
+        const Faces copy = facesOf(*aligner.fragment(0));
+        const QSignalSpy updates(&aligner, &GraphicsObject::updated);
+
+        aligner.detachFrom(stranger.object.get());
+        QCOMPARE(aligner.sources(), (QList<ImageObject *>{base.object.get(), free.object.get()}));
+        aligner.detachFrom(base.object.get());
+        QCOMPARE(aligner.sources(), QList<ImageObject *>{free.object.get()});
+        base.object.reset();
+        free.fragment->setFaces(box(1, 2, 3));
+        free.fragment->notifyFragmentUpdated();
+        QVERIFY(identical(facesOf(*aligner.fragment(0)), copy));
+        aligner.detachFrom(free.object.get());
+        QCOMPARE(aligner.sources(), QList<ImageObject *>());
+        free.object.reset();
+        aligner.realign();
+        QVERIFY(identical(facesOf(*aligner.fragment(0)), copy));
+        QCOMPARE(updates.count(), 0);
+    }
+
+    void deletedFragments_withoutAnnouncementDoNoHarm()
+    {
+        Mesh base(QStringLiteral("base"), wideTriangle);
+        Mesh free(QStringLiteral("free"), {{{-1, -1, 2}, {1, -1, 2}, {0, 2, 2}}});
+        const CapturedOutput quiet;
+        TriMeshAligner aligner(base.fragment, free.fragment);
+        base.object.reset();
+        free.fragment->notifyFragmentUpdated();
+        QCOMPARE(aligner.sources(), QList<ImageObject *>{free.object.get()});
+        free.object.reset();
+        aligner.realign();
+        QCOMPARE(aligner.sources(), QList<ImageObject *>());
+        QCOMPARE(aligner.fragment(0)->faceCount(), 1);
+    }
+
+    void baseClosedByAListener_endsTheRun()
+    {
+        const Mesh base(QStringLiteral("base"), wideTriangle);
+        const Mesh free(QStringLiteral("free"), {{{-1, -1, 2}, {1, -1, 2}, {0, 2, 2}}});
+        const CapturedOutput quiet;
+        TriMeshAligner aligner(base.fragment, free.fragment);
+        const QSignalSpy updates(&aligner, &GraphicsObject::updated);
+        const QSignalSpy output(aligner.fragment(0), meshUpdated());
+        connect(&aligner, &GraphicsObject::updated, this, [&] {
+            if (updates.count() == 3)
+                aligner.detachFrom(base.object.get());
+        });
+        aligner.realign();
+        QCOMPARE(updates.count(), 3);
+        QCOMPARE(output.count(), 1);
+    }
+
+    // The run of the change is the one whose result stays.
+    void freeFragmentChangedByAListener_isWhatIsAligned()
+    {
+        const Mesh base(QStringLiteral("base"), wideTriangle);
+        const Mesh free(QStringLiteral("free"), {{{-1, -1, 2}, {1, -1, 2}, {0, 2, 2}}});
+        const CapturedOutput quiet;
+        TriMeshAligner aligner(base.fragment, free.fragment);
+        const QSignalSpy updates(&aligner, &GraphicsObject::updated);
+        connect(&aligner, &GraphicsObject::updated, this, [&] {
+            if (updates.count() != 3)
+                return;
+            free.fragment->setFaces({{{-4, -4, 2}, {4, -4, 2}, {0, 8, 2}}});
+            free.fragment->notifyFragmentUpdated();
+        });
+        aligner.realign();
+        QCOMPARE(updates.count(), 53);
+        QVERIFY(largestDistance(facesOf(*aligner.fragment(0)), {{{-4, -4, 0}, {4, -4, 0}, {0, 8, 0}}}) <
+                1e-12);
+    }
+
+    void missingFragment_isReportedInTheAgreedWords()
+    {
+        const Mesh mesh(QStringLiteral("mesh"), wideTriangle);
+        const CapturedOutput output;
+        const TriMeshAligner withoutFree(mesh.fragment, nullptr);
+        QCOMPARE(
+            output.standardError(),
+            QStringLiteral("Cound not establish connection indicating aligned fragment invalidation.\n"));
+        QCOMPARE(withoutFree.fragmentCount(), 0);
+        QCOMPARE(withoutFree.sources(), QList<ImageObject *>{mesh.object.get()});
+        const TriMeshAligner withoutBase(nullptr, mesh.fragment);
+        QCOMPARE(withoutBase.fragmentCount(), 0);
+        QVERIFY(output.standardOutput().isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(TriMeshAlignerTest)
+#include "TriMeshAlignerTest.moc"
