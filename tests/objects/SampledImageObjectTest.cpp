@@ -6,6 +6,7 @@
 #include <atomic>
 #include <cmath>
 #include <thread>
+#include <utility>
 
 namespace {
 
@@ -32,6 +33,8 @@ private slots:
     void swapEmitsUpdatedOnce();
     void writingIsNotSeenBeforeTheSwap();
     void readersSeeWholeSets();
+    void revisionGrowsWithWhatIsRead();
+    void revisionNamesWhatAReaderSees();
 };
 
 void SampledImageObjectTest::samplesAreFoundByPosition()
@@ -151,6 +154,58 @@ void SampledImageObjectTest::readersSeeWholeSets()
     writer.join();
     QVERIFY(whole);
     QVERIFY(filled >= 200);
+}
+
+void SampledImageObjectTest::revisionGrowsWithWhatIsRead()
+{
+    SparselySampledImageObject single;
+    std::uint64_t last = single.revision();
+    const auto hasGrown = [&last](const SparselySampledImageObject &object) {
+        return object.revision() > std::exchange(last, object.revision());
+    };
+    single.setSample({1.0, 2.0, 3.0}, 1.0);
+    QVERIFY(hasGrown(single));
+    single.setSample({1.0, 2.0, 3.0}, 2.0);
+    QVERIFY(hasGrown(single));
+    single.clearSamples();
+    QVERIFY(hasGrown(single));
+    QVERIFY(!hasGrown(single));
+
+    DoubleBufferedSparselySampledImageObject buffers;
+    last = buffers.revision();
+    for (int round = 0; round < 3; ++round) {
+        buffers.clearSamples();
+        buffers.setSample({1.0, 2.0, 3.0}, 1.0);
+        QVERIFY(!hasGrown(buffers)); // on the side for writing
+        buffers.swapSamples();
+        QVERIFY(hasGrown(buffers));
+    }
+}
+
+// The writer publishes the set n under the revision n.
+void SampledImageObjectTest::revisionNamesWhatAReaderSees()
+{
+    constexpr int rounds = 2000;
+    DoubleBufferedSparselySampledImageObject object;
+    const std::uint64_t start = object.revision();
+    std::atomic<bool> isDone = false;
+    std::thread writer([&] {
+        for (int round = 1; round <= rounds; ++round) {
+            object.clearSamples();
+            object.setSample({0.0, 0.0, 0.0}, round);
+            object.swapSamples();
+        }
+        isDone = true;
+    });
+    int wrong = 0;
+    while (!isDone) {
+        const LockedSamples samples = object.samples();
+        const auto revision = static_cast<double>(object.revision() - start);
+        wrong += samples.value({0.0, 0.0, 0.0}) == revision ? 0 : 1;
+    }
+    writer.join();
+    QCOMPARE(wrong, 0);
+    QCOMPARE(object.revision() - start, std::uint64_t(rounds));
 }
 
 QTEST_APPLESS_MAIN(SampledImageObjectTest)
