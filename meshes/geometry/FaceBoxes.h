@@ -1,0 +1,67 @@
+#pragma once
+
+#include "meshes/geometry/LaneTree.h"
+#include "meshes/geometry/SearchLine.h"
+#include "meshes/geometry/TriFace.h"
+
+#include <array>
+#include <cstdint>
+#include <span>
+
+namespace MERV::BRep {
+
+// Four boxes along the axes of a search frame.
+struct BoxGroup
+{
+    Vector4 centre{}, half{};
+
+    // Whether the line may pass the box within its reach: the line is outside when it passes beyond the box
+    // as seen along one of the axes.
+    Mask4 mayMatter(const SearchLine &line) const
+    {
+        const Vector4 moment = line.moment - cross(centre, line.direction);
+        const Vector4 &u = line.absDirection;
+        const Float4 x = half[1] * u[2] + half[2] * u[1], y = half[2] * u[0] + half[0] * u[2],
+                     z = half[0] * u[1] + half[1] * u[0];
+        const Float4 away = absolute(dot(centre - line.start, line.direction));
+        const Mask4 outside =
+            (absolute(moment[0]) > x + line.tolerance) | (absolute(moment[1]) > y + line.tolerance) |
+            (absolute(moment[2]) > z + line.tolerance) | (away > dot(half, u) + line.tolerance + line.reach);
+        return ~outside;
+    }
+};
+
+struct FaceLeaf : BoxGroup
+{
+    std::array<std::uint32_t, lanes> faces{};
+    std::uint32_t count = 0;
+
+    template <class Consider>
+    void consider(std::size_t lane, const Consider &face) const
+    {
+        if (lane < count)
+            face(faces[lane]);
+    }
+};
+
+// The faces whose boxes a line meets: all that it passes inside their edges, farther than its tolerance.
+class FaceBoxes
+{
+public:
+    // Of the faces with these numbers.
+    FaceBoxes(std::span<const TriFace> faces, std::span<const std::uint32_t> numbers,
+              const SearchFrame &frame);
+
+    // Calls face(number); it may narrow the line.
+    template <class Face>
+    void visit(SearchLine &line, const Face &face) const
+    {
+        tree.visit(line, face);
+    }
+    std::size_t bytes() const { return tree.bytes(); }
+
+private:
+    LaneTree<FaceLeaf, BoxGroup> tree;
+};
+
+} // namespace MERV::BRep
