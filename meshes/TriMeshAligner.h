@@ -4,6 +4,7 @@
 
 #include <QPointer>
 
+class AlignmentRun;
 class TriMeshFragment;
 
 // The free fragment moved rigidly onto the base fragment by 50 rounds of iterated closest points, each with
@@ -26,6 +27,8 @@ public slots:
     void realign(QObject *object);
 
 private:
+    void runRounds(AlignmentRun &run);
+
     QPointer<TriMeshFragment> base, free;
-    unsigned runs = 0; // begun so far: a listener may change the free fragment in the middle of a run
+    unsigned runs = 0; // begun so far
 };

@@ -1,5 +1,7 @@
 #include "meshes/RibbonStitching.h"
 
+#include "tests/support/PlainRibbons.h"
+
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -57,65 +59,6 @@ Line row(int count)
     for (int i = 0; i < count; ++i)
         line.emplace_back(i, 0.0);
     return line;
-}
-
-// The walk told step by step, with signed counts.
-void plainStitch(const SegmentSnapshot &a, const SegmentSnapshot &b, Faces &faces)
-{
-    const int countA = static_cast<int>(a.points.size()), countB = static_cast<int>(b.points.size());
-    const auto ofA = [&](int i) { return a.points[static_cast<std::size_t>(i)]; };
-    const auto ofB = [&](int j) { return b.points[static_cast<std::size_t>(j)]; };
-    const auto length = [](const QPointF &p, const QPointF &q) {
-        return std::sqrt((q.x() - p.x()) * (q.x() - p.x()) + (q.y() - p.y()) * (q.y() - p.y()));
-    };
-    const auto point = [](const QPointF &p, float z) { return MERV::BRep::Point(p.x(), p.y(), z); };
-    int i = 0, j = 0;
-    while (!(i >= countA && j >= countA)) {
-        bool advanceA = false;
-        if (i < countA - 1 && j < countB - 1)
-            advanceA = length(ofA(i), ofB(j + 1)) > length(ofA(i + 1), ofB(j));
-        else
-            advanceA = i < countA - 1 && j == countB - 1;
-        if (advanceA) {
-            faces.emplace_back(point(ofA(i), a.z), point(ofB(j), b.z), point(ofA(i + 1), a.z));
-            ++i;
-            continue;
-        }
-        if (j >= countB - 1)
-            return;
-        faces.emplace_back(point(ofB(j), b.z), point(ofB(j + 1), b.z), point(ofA(i), a.z));
-        ++j;
-    }
-}
-
-// All levels found by scanning all lines for each level, from the lowest one up.
-void plainRibbons(const std::vector<SegmentSnapshot> &lines, Faces &faces)
-{
-    float z = FLT_MAX;
-    for (const SegmentSnapshot &line : lines)
-        if (line.z < z)
-            z = line.z;
-    for (;;) {
-        std::vector<const SegmentSnapshot *> lower, upper;
-        for (const SegmentSnapshot &line : lines)
-            if (line.z == z)
-                lower.push_back(&line);
-        float nextZ = 3.4028235e38f;
-        for (const SegmentSnapshot &line : lines) {
-            if (!(line.z > z))
-                continue;
-            if (line.z < nextZ) {
-                upper.clear();
-                nextZ = line.z;
-            }
-            upper.push_back(&line);
-        }
-        if (upper.empty())
-            return;
-        if (!lower.empty())
-            plainStitch(*lower.front(), *upper.front(), faces);
-        z = nextZ;
-    }
 }
 
 void fastRibbons(const std::vector<SegmentSnapshot> &lines, Faces &faces)
@@ -254,7 +197,7 @@ TEST(Ribbons, equalTheScanOfAllLinesForEachLevel)
                 point = {upTo(4) * 0.5, upTo(4) * 0.5};
         }
         Faces plain, fast;
-        plainRibbons(lines, plain);
+        plainRibbons(lines, [&plain](const auto &face) { plain.push_back(face); });
         fastRibbons(lines, fast);
         ASSERT_EQ(cornersOf(fast), cornersOf(plain)) << "round " << round;
         stitched += plain.empty() ? 0 : 1;
