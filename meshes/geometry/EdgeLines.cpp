@@ -1,5 +1,7 @@
 #include "meshes/geometry/EdgeLines.h"
 
+#include "meshes/geometry/Bounds.h"
+
 #include <algorithm>
 #include <bit>
 #include <cmath>
@@ -12,45 +14,51 @@ namespace {
 // An edge's line in the frame of the search.
 struct EdgeLine
 {
-    Vector place{};     // the point nearest to the frame's centre
-    Vector direction{}; // of length 1, its longest element positive
+    Triple<double> place{};     // the point nearest to the frame's centre
+    Triple<double> direction{}; // of length 1, its longest element positive
     std::array<std::uint32_t, 2> faces{EdgeLeaf::none, EdgeLeaf::none};
 };
 
 // The plane of a face in the frame of the search.
 struct FaceNormal
 {
-    Vector normal{}; // of length 1
+    Triple<double> normal{}; // of length 1
     bool sliver = false;
 };
 
-Vector unitVector(const Vector &v)
+Triple<double> unitVector(const Triple<double> &v)
 {
     const double length = std::sqrt(dot(v, v));
-    return {v[0] / length, v[1] / length, v[2] / length};
+    return {v.x / length, v.y / length, v.z / length};
 }
 
-Vector fromTo(const Point &a, const Point &b)
+Triple<double> fromTo(const Point &a, const Point &b)
 {
     return {b.x - a.x, b.y - a.y, b.z - a.z};
 }
 
+// The element of the largest magnitude.
+double longestElement(const Triple<double> &v)
+{
+    return std::max({v.x, v.y, v.z}, [](double a, double b) { return std::abs(a) < std::abs(b); });
+}
+
 EdgeLine edgeLine(const Point &a, const Point &b, const SearchFrame &frame)
 {
-    Vector direction = unitVector(fromTo(a, b));
-    const auto bySize = [](double x, double y) { return std::abs(x) < std::abs(y); };
-    if (*std::max_element(direction.begin(), direction.end(), bySize) < 0.0)
-        direction = {-direction[0], -direction[1], -direction[2]};
-    const Vector place = frame.place(a);
-    return {along(place, -dot(place, direction), direction), direction, {EdgeLeaf::none, EdgeLeaf::none}};
+    Triple<double> direction = unitVector(fromTo(a, b));
+    if (longestElement(direction) < 0.0)
+        direction = direction * -1.0;
+    const Triple<double> place = frame.place(a);
+    return {place - direction * dot(place, direction), direction, {EdgeLeaf::none, EdgeLeaf::none}};
 }
 
 FaceNormal faceNormal(const TriFace &face)
 {
     constexpr double thinnest = 0x1p-16; // of SearchLine's bounds
-    const Vector u = fromTo(face.vertex(0), face.vertex(1)), v = fromTo(face.vertex(1), face.vertex(2)),
-                 w = fromTo(face.vertex(2), face.vertex(0));
-    const Vector n = cross(u, v);
+    const Triple<double> u = fromTo(face.vertex(0), face.vertex(1)),
+                         v = fromTo(face.vertex(1), face.vertex(2)),
+                         w = fromTo(face.vertex(2), face.vertex(0));
+    const Triple<double> n = cross(u, v);
     const double longest = std::max({dot(u, u), dot(v, v), dot(w, w)});
     if (std::sqrt(dot(n, n)) < 2.0 * thinnest * longest)
         return {{}, true};
@@ -108,105 +116,69 @@ private:
     std::vector<std::array<const Point *, 2>> keys;
 };
 
-// The smallest interval of each element.
-struct Bounds
+void store(Vector4 &middle, Vector4 &spread, std::size_t lane, const Bounds &bounds)
 {
-    Vector low{4.0, 4.0, 4.0}, high{-4.0, -4.0, -4.0};
-
-    void add(const Vector &v)
-    {
-        for (std::size_t k = 0; k < v.size(); ++k) {
-            low[k] = std::min(low[k], v[k]);
-            high[k] = std::max(high[k], v[k]);
-        }
-    }
-    void store(Vector4 &middle, Vector4 &spread, std::size_t lane) const
-    {
-        for (std::size_t k = 0; k < low.size(); ++k) {
-            middle[k][lane] = static_cast<float>((low[k] + high[k]) / 2.0);
-            spread[k][lane] = static_cast<float>((high[k] - low[k]) / 2.0);
-        }
-    }
-};
-
-void raise(float &most, double value)
-{
-    most = std::max(most, static_cast<float>(std::abs(value)));
+    setLane(middle, lane, inFloat(bounds.middle()));
+    setLane(spread, lane, inFloat(bounds.half()));
 }
 
-Vector meanPlace(std::span<const EdgeLine> edges)
+Triple<double> meanPlace(std::span<const EdgeLine> edges)
 {
-    Vector sum{};
+    Triple<double> sum{};
     for (const EdgeLine &edge : edges)
-        sum = along(sum, 1.0, edge.place);
-    return along({}, 1.0 / static_cast<double>(edges.size()), sum);
+        sum = sum + edge.place;
+    return sum * (1.0 / static_cast<double>(edges.size()));
 }
 
-Vector storeRounded(Vector4 &stored, std::size_t lane, const Vector &v)
+void boundLines(LineGroup &group, std::size_t lane, std::span<const EdgeLine> edges,
+                const Triple<double> &centre)
 {
-    Vector result{};
-    for (std::size_t k = 0; k < v.size(); ++k)
-        result[k] = stored[k][lane] = static_cast<float>(v[k]);
-    return result;
-}
-
-void boundLines(LineGroup &group, std::size_t lane, std::span<const EdgeLine> edges, const Vector &centre)
-{
-    Bounds directions;
-    std::array<float, 3> most{};
+    Bounds directions(edges.front().direction);
+    Triple<double> most{};
     for (const EdgeLine &edge : edges) {
         directions.add(edge.direction);
-        const Vector moment = cross(difference(edge.place, centre), edge.direction);
-        for (std::size_t k = 0; k < most.size(); ++k)
-            raise(most[k], moment[k]);
+        const Triple<double> moment = cross(edge.place - centre, edge.direction);
+        most = {std::max(most.x, std::abs(moment.x)), std::max(most.y, std::abs(moment.y)),
+                std::max(most.z, std::abs(moment.z))};
     }
-    directions.store(group.direction, group.directionSpread, lane);
-    for (std::size_t k = 0; k < most.size(); ++k)
-        group.momentSpread[k][lane] = most[k];
+    store(group.direction, group.directionSpread, lane, directions);
+    setLane(group.momentSpread, lane, inFloat(most));
 }
 
-void boundPlanes(LineGroup &group, std::size_t lane, std::span<const EdgeLine> edges, const Vector &centre,
-                 std::span<const FaceNormal> normals)
+void boundPlanes(LineGroup &group, std::size_t lane, std::span<const EdgeLine> edges,
+                 const Triple<double> &centre, std::span<const FaceNormal> normals)
 {
     constexpr double anyOffset = 4.0; // of a plane through the frame's cube from a place in it
-    Bounds all;
-    Vector first{};
-    float offset = 0.0f;
+    const Triple<double> first = normals[edges.front().faces[0]].normal;
+    Bounds all(first);
+    double offset = 0.0;
     for (const EdgeLine &edge : edges) {
         for (const std::uint32_t face : edge.faces) {
             if (face == EdgeLeaf::none)
                 continue;
-            Vector normal = normals[face].normal;
             if (normals[face].sliver) {
                 all.add({-1.0, -1.0, -1.0});
                 all.add({1.0, 1.0, 1.0});
-                raise(offset, anyOffset);
+                offset = anyOffset;
                 continue;
             }
-            if (dot(first, first) == 0.0)
-                first = normal;
-            if (dot(normal, first) < 0.0)
-                normal = {-normal[0], -normal[1], -normal[2]};
-            all.add(normal);
-            raise(offset, dot(normal, difference(edge.place, centre)));
+            const Triple<double> normal = normals[face].normal;
+            all.add(dot(normal, first) < 0.0 ? normal * -1.0 : normal);
+            offset = std::max(offset, std::abs(dot(normal, edge.place - centre)));
         }
     }
-    all.store(group.normal, group.normalSpread, lane);
-    group.offsetSpread[lane] = offset;
+    store(group.normal, group.normalSpread, lane, all);
+    group.offsetSpread[lane] = static_cast<float>(offset);
 }
 
 std::vector<EdgeLine> arrangedEdges(std::vector<EdgeLine> edges)
 {
-    constexpr float weight = 0.7f; // of a direction beside a place: at about this distance lines are met
+    constexpr double weight = 0.7; // of a direction beside a place: at about this distance lines are met
     std::vector<Placed<6>> order;
     order.reserve(edges.size());
     for (const EdgeLine &edge : edges) {
-        Placed<6> &placed = order.emplace_back();
-        for (std::size_t k = 0; k < 3; ++k) {
-            placed.place[k] = static_cast<float>(edge.place[k]);
-            placed.place[k + 3] = weight * static_cast<float>(edge.direction[k]);
-        }
-        placed.item = static_cast<std::uint32_t>(order.size() - 1);
+        const Vector p = inFloat(edge.place), d = inFloat(edge.direction * weight);
+        order.push_back({{p.x, p.y, p.z, d.x, d.y, d.z}, static_cast<std::uint32_t>(order.size())});
     }
     arrangeByPlace(std::span(order));
     std::vector<EdgeLine> arranged;
@@ -233,14 +205,16 @@ EdgeLines::EdgeLines(std::span<const TriFace> faces, std::span<const std::uint32
     const auto fillLeaf = [&](EdgeLeaf &leaf, std::size_t first, std::size_t count) {
         for (std::size_t lane = 0; lane < count; ++lane) {
             const EdgeLine &edge = edges[first + lane];
-            storeRounded(leaf.direction, lane, edge.direction);
-            storeRounded(leaf.moment, lane, cross(edge.place, edge.direction));
+            setLane(leaf.direction, lane, inFloat(edge.direction));
+            setLane(leaf.moment, lane, inFloat(cross(edge.place, edge.direction)));
             leaf.faces[lane] = edge.faces;
         }
     };
     const auto fillNode = [&](LineGroup &node, std::size_t lane, std::size_t first, std::size_t count) {
         const auto bounded = std::span(edges).subspan(first, count);
-        const Vector centre = storeRounded(node.centre, lane, meanPlace(bounded));
+        const Vector rounded = inFloat(meanPlace(bounded));
+        const Triple<double> centre{rounded.x, rounded.y, rounded.z};
+        setLane(node.centre, lane, rounded);
         boundLines(node, lane, bounded, centre);
         boundPlanes(node, lane, bounded, centre, normals);
     };

@@ -24,17 +24,17 @@ struct LineGroup
     Mask4 mayMatter(const SearchLine &line) const
     {
         const Vector4 moment = line.moment - cross(centre, line.direction);
-        const Float4 side = absolute(dot(direction, moment));
+        const Float4 side = magnitude(dot(direction, moment));
         const Float4 sideSpread =
-            dot(directionSpread, absolute(moment)) + dot(momentSpread, line.absDirection) + line.tolerance;
+            dot(directionSpread, magnitude(moment)) + dot(momentSpread, line.absDirection) + line.tolerance;
         const Mask4 met = ~(side > sideSpread);
         if (!anyLane(met))
             return met;
         const Vector4 toStart = line.start - centre;
-        const Float4 height = absolute(dot(normal, toStart)) - dot(normalSpread, absolute(toStart)) -
+        const Float4 height = magnitude(dot(normal, toStart)) - dot(normalSpread, magnitude(toStart)) -
                               offsetSpread - line.planeTolerance;
         const Float4 slope =
-            absolute(dot(normal, line.direction)) + dot(normalSpread, line.absDirection) + line.slack;
+            magnitude(dot(normal, line.direction)) + dot(normalSpread, line.absDirection) + line.slack;
         return met & ~(height > line.reach * slope);
     }
 };
@@ -49,7 +49,7 @@ struct EdgeLeaf
 
     Mask4 mayMatter(const SearchLine &line) const
     {
-        return ~(absolute(dot(direction, line.moment) + dot(moment, line.direction)) > line.tolerance);
+        return ~(magnitude(dot(direction, line.moment) + dot(moment, line.direction)) > line.tolerance);
     }
 
     template <class Consider>

@@ -21,12 +21,12 @@ struct BoxGroup
     {
         const Vector4 moment = line.moment - cross(centre, line.direction);
         const Vector4 &u = line.absDirection;
-        const Float4 x = half[1] * u[2] + half[2] * u[1], y = half[2] * u[0] + half[0] * u[2],
-                     z = half[0] * u[1] + half[1] * u[0];
-        const Float4 away = absolute(dot(centre - line.start, line.direction));
+        const Float4 x = half.y * u.z + half.z * u.y, y = half.z * u.x + half.x * u.z,
+                     z = half.x * u.y + half.y * u.x;
+        const Float4 away = magnitude(dot(centre - line.start, line.direction));
         const Mask4 outside =
-            (absolute(moment[0]) > x + line.tolerance) | (absolute(moment[1]) > y + line.tolerance) |
-            (absolute(moment[2]) > z + line.tolerance) | (away > dot(half, u) + line.tolerance + line.reach);
+            (magnitude(moment.x) > x + line.tolerance) | (magnitude(moment.y) > y + line.tolerance) |
+            (magnitude(moment.z) > z + line.tolerance) | (away > dot(half, u) + line.tolerance + line.reach);
         return ~outside;
     }
 };

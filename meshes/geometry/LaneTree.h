@@ -1,6 +1,6 @@
 #pragma once
 
-#include "meshes/geometry/Lanes.h"
+#include "meshes/geometry/Float4.h"
 
 #include <algorithm>
 #include <array>
@@ -11,6 +11,15 @@
 #include <vector>
 
 namespace MERV::BRep {
+
+// The answer of a comparison: all bits are set in the lanes where it holds.
+using Mask4 = std::int32_t __attribute__((vector_size(16)));
+
+inline bool anyLane(Mask4 mask)
+{
+    const auto halves = std::bit_cast<std::array<std::uint64_t, 2>>(mask);
+    return (halves[0] | halves[1]) != 0;
+}
 
 // What the tree's order is made from: a place in a space of K dimensions, and what lies there.
 template <std::size_t K>

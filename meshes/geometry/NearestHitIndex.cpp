@@ -1,9 +1,10 @@
 #include "meshes/geometry/NearestHitIndex.h"
 
+#include "meshes/geometry/Bounds.h"
+
 #include <algorithm>
 #include <cmath>
 #include <functional>
-#include <limits>
 
 namespace MERV::BRep {
 
@@ -32,22 +33,22 @@ double shortestEdge(const TriFace &face)
 // The smallest frame around the faces with these numbers.
 SearchFrame frameAround(std::span<const TriFace> faces, std::span<const std::uint32_t> numbers)
 {
-    constexpr double endless = std::numeric_limits<double>::infinity();
-    Vector low{endless, endless, endless}, high{-endless, -endless, -endless};
+    const auto place = [&](std::uint32_t number, int corner) {
+        const Point &p = faces[number].vertex(corner);
+        return Triple<double>{p.x, p.y, p.z};
+    };
+    Bounds bounds(place(numbers.front(), 0));
     for (const std::uint32_t number : numbers) {
-        for (int corner = 0; corner < 3; ++corner) {
-            const Point &p = faces[number].vertex(corner);
-            low = {std::min(low[0], p.x), std::min(low[1], p.y), std::min(low[2], p.z)};
-            high = {std::max(high[0], p.x), std::max(high[1], p.y), std::max(high[2], p.z)};
-        }
+        for (int corner = 0; corner < 3; ++corner)
+            bounds.add(place(number, corner));
     }
+    const auto [low, high] = bounds;
+    const Triple<double> extent = bounds.half();
+    const double half = std::max({extent.x, extent.y, extent.z});
     SearchFrame frame;
-    double half = 0.0;
-    for (std::size_t k = 0; k < low.size(); ++k) {
-        frame.centre[k] = (low[k] + high[k]) / 2.0;
-        half = std::max(half, (high[k] - low[k]) / 2.0);
-        frame.largest = std::max({frame.largest, std::abs(low[k]), std::abs(high[k])});
-    }
+    frame.centre = bounds.middle();
+    frame.largest = std::max({std::abs(low.x), std::abs(low.y), std::abs(low.z), std::abs(high.x),
+                              std::abs(high.y), std::abs(high.z)});
     int exponent = 0;
     std::frexp(half, &exponent);
     frame.unit = std::ldexp(1.0, exponent);
@@ -77,7 +78,6 @@ public:
         if (!candidate.valid)
             return false;
         const double d = squaredDistance(candidate, from);
-        undecided = undecided || std::isnan(d);
         const bool nearer = !answer.point.valid || d < best;
         if (nearer || (d == best && face < answer.face)) {
             answer = {candidate, face};
@@ -86,8 +86,6 @@ public:
         return nearer;
     }
 
-    // The order of the faces decides, as one's distance is not a number.
-    bool isUndecided() const { return undecided; }
     double distance() const { return std::sqrt(best); }
     const FacePoint &found() const { return answer; }
 
@@ -97,7 +95,6 @@ private:
     const Point &from;
     FacePoint answer;
     double best = 0.0;
-    bool undecided = false;
 };
 
 } // namespace
@@ -146,7 +143,7 @@ FacePoint NearestHitIndex::nearestHit(const Line &line, const Point &from) const
         boxes->visit(search, look);
         edges->visit(search, look);
     }
-    return best.isUndecided() ? nearestHitByScan(faces, line, from) : best.found();
+    return best.found();
 }
 
 std::size_t NearestHitIndex::bytes() const

@@ -10,10 +10,15 @@ namespace {
 
 constexpr double farthest = 0x1p7; // units
 
-Vector4 inAllLanes(const Vector &v)
+Float4 inAllLanes(double value)
 {
-    return {BRep::inAllLanes(static_cast<float>(v[0])), BRep::inAllLanes(static_cast<float>(v[1])),
-            BRep::inAllLanes(static_cast<float>(v[2]))};
+    const auto rounded = static_cast<float>(value);
+    return Float4{rounded, rounded, rounded, rounded};
+}
+
+Vector4 inAllLanes(const Triple<double> &v)
+{
+    return {inAllLanes(v.x), inAllLanes(v.y), inAllLanes(v.z)};
 }
 
 double largestOf(const Point &p)
@@ -21,7 +26,7 @@ double largestOf(const Point &p)
     return std::max({std::abs(p.x), std::abs(p.y), std::abs(p.z)});
 }
 
-double length(const Vector &v)
+double length(const Triple<double> &v)
 {
     return std::sqrt(dot(v, v));
 }
@@ -40,35 +45,34 @@ bool SearchLine::canBeMade(const SearchFrame &frame, const Line &line, const Poi
 SearchLine::SearchLine(const SearchFrame &frame, const Line &line, const Point &from)
     : unit(frame.unit)
 {
-    const Vector &d = line.direction();
+    const auto &d = line.direction();
     const double largest = std::max({std::abs(d[0]), std::abs(d[1]), std::abs(d[2])});
-    const Vector scaled{d[0] / largest, d[1] / largest, d[2] / largest};
+    const Triple<double> scaled{d[0] / largest, d[1] / largest, d[2] / largest};
     const double norm = length(scaled), apart = norm * largest / unit;
-    const Vector u{scaled[0] / norm, scaled[1] / norm, scaled[2] / norm};
+    const Triple<double> u = scaled * (1.0 / norm);
 
-    const Vector p = frame.place(line.from());
-    shift = dot(difference(frame.place(from), p), u);
-    const Vector foot = along(p, shift, u);
+    const Triple<double> p = frame.place(line.from());
+    shift = dot(frame.place(from) - p, u);
+    const Triple<double> foot = p + u * shift;
     const double most = std::max({frame.largest, largestOf(line.from()), largestOf(line.to())}) /
                         unit; // B of the bounds above
     exactTolerance = 0x1p-18 * (3.0 + length(p) + length(foot)) + 0x1p-49 * most * most / apart;
     exactSlack = 0x1p-18 * (1.0 + 1.0 / apart);
 
     direction = inAllLanes(u);
-    absDirection = absolute(direction);
+    absDirection = magnitude(direction);
     moment = inAllLanes(cross(p, u));
     start = inAllLanes(foot);
-    tolerance = BRep::inAllLanes(static_cast<float>(exactTolerance));
-    planeTolerance = BRep::inAllLanes(static_cast<float>(exactTolerance + std::abs(shift) * exactSlack));
-    slack = BRep::inAllLanes(static_cast<float>(exactSlack));
-    reach = BRep::inAllLanes(std::numeric_limits<float>::infinity());
+    tolerance = inAllLanes(exactTolerance);
+    planeTolerance = inAllLanes(exactTolerance + std::abs(shift) * exactSlack);
+    slack = inAllLanes(exactSlack);
+    reach = inAllLanes(std::numeric_limits<double>::infinity());
 }
 
 void SearchLine::narrow(double distance)
 {
     const double units = distance / unit;
-    reach = BRep::inAllLanes(
-        static_cast<float>(units * (1.0 + exactSlack) + std::abs(shift) * exactSlack + exactTolerance));
+    reach = inAllLanes(units * (1.0 + exactSlack) + std::abs(shift) * exactSlack + exactTolerance);
 }
 
 } // namespace MERV::BRep

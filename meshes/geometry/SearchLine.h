@@ -1,46 +1,26 @@
 #pragma once
 
-#include "meshes/geometry/Lanes.h"
+#include "meshes/geometry/Float4.h"
 #include "meshes/geometry/Line.h"
-
-#include <array>
 
 namespace MERV::BRep {
 
-using Vector = std::array<double, 3>;
-
-inline Vector difference(const Vector &a, const Vector &b)
+inline Vector4 magnitude(const Vector4 &v)
 {
-    return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
-}
-
-inline double dot(const Vector &a, const Vector &b)
-{
-    return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
-}
-
-inline Vector cross(const Vector &a, const Vector &b)
-{
-    return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
-}
-
-inline Vector along(const Vector &from, double length, const Vector &direction)
-{
-    return {from[0] + length * direction[0], from[1] + length * direction[1],
-            from[2] + length * direction[2]};
+    return {magnitude(v.x), magnitude(v.y), magnitude(v.z)};
 }
 
 // The cube around a mesh in which a search computes: the mesh lies within -1 to 1, one unit is a power of two
 // in mm.
 struct SearchFrame
 {
-    Vector centre{};
+    Triple<double> centre{};
     double unit = 1.0;
     double largest = 0.0; // of the mesh's own coordinates, without their signs, in mm
 
-    Vector place(const Point &point) const
+    Triple<double> place(const Point &point) const
     {
-        return {(point.x - centre[0]) / unit, (point.y - centre[1]) / unit, (point.z - centre[2]) / unit};
+        return {(point.x - centre.x) / unit, (point.y - centre.y) / unit, (point.z - centre.z) / unit};
     }
 };
 

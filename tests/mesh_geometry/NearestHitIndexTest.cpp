@@ -446,26 +446,6 @@ TEST(NearestHitIndex, AgreesWithTheScanOverOtherWeightsAndWildNumbers)
     expectScanAnswers(ribbon(3.0, 4.0, 6, 8), queries);
 }
 
-TEST(NearestHitIndex, FollowsTheScanWhereADistanceIsNotANumber)
-{
-    // The wild face's normal is (0, 0, 1.44e308). The plane's value overflows at z = 10 and is 1.44e299 at
-    // z = 1e-9, so that all four coordinates of the hit are infinite and it is valid, but its place is no
-    // number. As the first valid hit it is never replaced, as a later one it replaces nothing.
-    const TriFace wild(Point(-6e153, -6e153, 0), Point(6e153, -6e153, 0), Point(0, 6e153, 0));
-    const TriFace sound(Point(-1, -1, 1), Point(1, -1, 1), Point(0, 1, 1));
-    const Point p(0.25, 0.25, 1e-9);
-    const Line line(p, Point(0.25, 0.25, 10));
-    const Faces wildFirst{wild, sound};
-    const FacePoint first = NearestHitIndex(wildFirst).nearestHit(line, p);
-    EXPECT_EQ(first.face, 0u);
-    EXPECT_TRUE(first.point.valid);
-    EXPECT_TRUE(std::isnan(MERV::BRep::squaredDistance(first.point, p)));
-    expectScanAnswers(wildFirst, {{line, p}});
-    const Faces wildLast{sound, wild};
-    EXPECT_EQ(NearestHitIndex(wildLast).nearestHit(line, p).face, 0u);
-    expectScanAnswers(wildLast, {{line, p}});
-}
-
 TEST(NearestHitIndex, AnswersSeveralThreadsAtOnce)
 {
     const Faces remote = ribbon(3.0, 16.0);
