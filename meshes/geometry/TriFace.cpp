@@ -20,11 +20,11 @@ Point *cloneOf(const Point *points)
     return new Point[corners]{points[0], points[1], points[2]};
 }
 
-// Where the plane crosses the edge between its ends; invalid if both lie on one side.
-Point crossing(const Line &edge, const Plane &plane)
+// Where the plane crosses the edge from a to b between its ends; invalid if both lie on one side.
+Point crossing(const Point &a, const Point &b, const Plane &plane)
 {
-    if ((plane * edge.from()) * (plane * edge.to()) <= 0.0)
-        return edge.intersection(plane);
+    if ((plane * a) * (plane * b) <= 0.0)
+        return Line(a, b).intersection(plane);
     return {};
 }
 
@@ -33,7 +33,7 @@ Point closestOnEdge(const Line &edge, const Point &q)
 {
     const Point from = euclidean(edge.from()), to = euclidean(edge.to());
     const Plane across = Plane::perpendicular(q, {to.x - from.x, to.y - from.y, to.z - from.z});
-    if (const Point foot = crossing(edge, across); foot.valid)
+    if (const Point foot = crossing(edge.from(), edge.to(), across); foot.valid)
         return foot;
     return distance(q, from) < distance(q, to) ? edge.from() : edge.to();
 }
@@ -122,9 +122,11 @@ Segment TriFace::sectionWith(const Plane &plane) const
 {
     if (!valid || !plane.isValid())
         return {};
-    const Point first = crossing(edge(0), plane);
-    const Point second = crossing(edge(1), plane);
-    return {first, second.valid ? second : crossing(edge(2), plane)};
+    const Point first = crossing(points[0], points[1], plane);
+    if (!first.valid)
+        return {};
+    const Point second = crossing(points[1], points[2], plane);
+    return {first, second.valid ? second : crossing(points[2], points[0], plane)};
 }
 
 Point TriFace::closestPointTo(const Point &q) const
