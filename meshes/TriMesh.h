@@ -7,4 +7,7 @@
 class TriMesh : public LabeledGraphicsObject, public TriSurface
 {
     Q_OBJECT
+
+public:
+    int graphicsType() const override { return GraphicsTypeMesh; }
 };

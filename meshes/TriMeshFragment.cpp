@@ -1,15 +1,17 @@
 #include "meshes/TriMeshFragment.h"
 
+#include "meshes/TriMeshDrawing.h"
 #include "meshes/geometry/ClosestPoint.h"
 
 #include <utility>
 
 TriMeshFragment::TriMeshFragment(const TriMeshFragment &source)
-    : LabeledGraphicsObject(source)
+    : LabeledGraphicsObject()
     , TriFragment()
     , ReadWriteLock()
 {
     const ReadLocker lock(const_cast<TriMeshFragment *>(&source));
+    LabeledGraphicsObject::setLabel(source.label());
     faces = source.faces;
     changes = source.changes.load();
 }
@@ -23,6 +25,12 @@ TriMeshFragment::~TriMeshFragment()
 int TriMeshFragment::graphicsType() const
 {
     return GraphicsTypeMesh;
+}
+
+void TriMeshFragment::setLabel(const QString &label)
+{
+    const WriteLocker lock(this);
+    LabeledGraphicsObject::setLabel(label);
 }
 
 void TriMeshFragment::addFace(const MERV::BRep::TriFace &face)
@@ -41,8 +49,9 @@ void TriMeshFragment::clear()
 
 void TriMeshFragment::setFaces(std::vector<MERV::BRep::TriFace> newFaces)
 {
+    // The old faces are freed by the caller, without the lock.
     const WriteLocker lock(this);
-    faces = std::move(newFaces);
+    faces.swap(newFaces);
     ++changes;
 }
 

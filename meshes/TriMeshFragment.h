@@ -6,13 +6,17 @@
 
 #include <atomic>
 #include <cstdint>
+#include <memory>
+#include <mutex>
 #include <vector>
 
 class GraphicsObjectRenderAdvisor;
+struct LitVertex;
 
 // A named list of triangles (mm) with a read-write lock: a triangle soup, in which neighbours repeat a point
-// by value. Owned by its mesh object. The GUI thread is the only writer and draws without the lock; a worker
-// takes a snapshot with the copy constructor and works on that. Nothing is emitted under the lock.
+// by value. Owned by its mesh object. The GUI thread is the only writer and reads without the lock; a worker
+// takes a snapshot with the copy constructor and works on that. Drawing may happen on either. Nothing is
+// emitted under the lock.
 class TriMeshFragment : public LabeledGraphicsObject, public TriFragment, public ReadWriteLock
 {
     Q_OBJECT
@@ -27,6 +31,8 @@ public:
     ~TriMeshFragment() override;
 
     int graphicsType() const override;
+    // Under the write lock, for the sake of snapshots.
+    void setLabel(const QString &label) override;
 
     // Appends a copy. Takes the write lock, as clear() and setFaces() do.
     void addFace(const MERV::BRep::TriFace &face);
@@ -44,7 +50,8 @@ public:
     // Grows with every change of the faces. Any thread.
     std::uint64_t revision() const { return changes; }
 
-    // Draws the triangles in the current colour, lit from both sides, with one normal each.
+    // Draws the triangles in the current colour, lit from both sides, with one normal each. What is sent is
+    // kept until the faces change. Leaves the state of OpenGL as it was.
     virtual void render(GraphicsObjectRenderAdvisor *advisor);
     // Draws the lines in which the triangles cut the plane a x + b y + c z + d = 0. Always true.
     virtual bool renderSection(GraphicsObjectRenderAdvisor *advisor, const double plane[4]);
@@ -58,5 +65,10 @@ signals:
     void updated(QObject *fragment);
 
 private:
+    std::shared_ptr<const std::vector<LitVertex>> drawing();
+
     std::atomic<std::uint64_t> changes{0};
+    std::mutex drawnMutex; // guards the next two; taken before the fragment's own lock
+    std::shared_ptr<const std::vector<LitVertex>> drawn;
+    std::uint64_t drawnRevision = 0;
 };

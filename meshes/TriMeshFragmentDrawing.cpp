@@ -1,12 +1,25 @@
+#include "meshes/TriMeshDrawing.h"
 #include "meshes/TriMeshFragment.h"
 
 #include "platform/GlState.h"
 
 #include <array>
 
-void TriMeshFragment::render(GraphicsObjectRenderAdvisor *)
+namespace {
+
+// Vertex and normal arrays from memory, and whatever was there before at the end of the scope.
+class ClientArrayScope
 {
-    const GlAttributeScope state(GL_ENABLE_BIT | GL_LIGHTING_BIT);
+public:
+    ClientArrayScope() { glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT); }
+    ~ClientArrayScope() { glPopClientAttrib(); }
+    ClientArrayScope(const ClientArrayScope &) = delete;
+    ClientArrayScope &operator=(const ClientArrayScope &) = delete;
+};
+
+// In the current colour, lit by light 0 from both sides.
+void useLitMaterial()
+{
     constexpr std::array<GLfloat, 4> specular{0.5f, 0.5f, 0.5f, 1.0f};
     std::array<GLfloat, 4> colour{};
     glGetFloatv(GL_CURRENT_COLOR, colour.data());
@@ -14,28 +27,50 @@ void TriMeshFragment::render(GraphicsObjectRenderAdvisor *)
     glMaterialfv(GL_FRONT_AND_BACK, GL_SPECULAR, specular.data());
     glMaterialf(GL_FRONT_AND_BACK, GL_SHININESS, 10.0f);
     glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, GL_TRUE);
-    const GlEnableScope lighting(GL_LIGHTING), light(GL_LIGHT0), normalize(GL_NORMALIZE),
-        depth(GL_DEPTH_TEST);
-    const GlPrimitive triangles(GL_TRIANGLES);
-    for (const MERV::BRep::TriFace &face : all()) {
-        const MERV::BRep::Point normal = face.normal();
-        glNormal3d(normal.x, normal.y, normal.z);
-        for (int i = 0; i < 3; ++i)
-            glVertex4d(face.vertex(i).x, face.vertex(i).y, face.vertex(i).z, face.vertex(i).w);
+    for (const GLenum capability : {GL_LIGHTING, GL_LIGHT0, GL_NORMALIZE, GL_DEPTH_TEST})
+        glEnable(capability);
+}
+
+} // namespace
+
+std::shared_ptr<const std::vector<LitVertex>> TriMeshFragment::drawing()
+{
+    const std::lock_guard guard(drawnMutex);
+    const ReadLocker lock(this);
+    if (drawn == nullptr || drawnRevision != changes) {
+        drawn = std::make_shared<const std::vector<LitVertex>>(litTriangles(all()));
+        drawnRevision = changes;
     }
+    return drawn;
+}
+
+void TriMeshFragment::render(GraphicsObjectRenderAdvisor *)
+{
+    const auto vertices = drawing();
+    if (vertices->empty())
+        return;
+    const GlAttributeScope state(GL_CURRENT_BIT | GL_ENABLE_BIT | GL_LIGHTING_BIT);
+    useLitMaterial();
+    const ClientArrayScope arrays;
+    glEnableClientState(GL_NORMAL_ARRAY);
+    glEnableClientState(GL_VERTEX_ARRAY);
+    glNormalPointer(GL_FLOAT, sizeof(LitVertex), vertices->front().normal.data());
+    glVertexPointer(4, GL_FLOAT, sizeof(LitVertex), vertices->front().position.data());
+    glDrawArrays(GL_TRIANGLES, 0, static_cast<GLsizei>(vertices->size()));
 }
 
 bool TriMeshFragment::renderSection(GraphicsObjectRenderAdvisor *, const double plane[4])
 {
-    const MERV::BRep::Plane cut(plane);
-    const GlPrimitive lines(GL_LINES);
-    for (const MERV::BRep::TriFace &face : all()) {
-        const MERV::BRep::Segment section = face.sectionWith(cut);
-        if (!section.isValid())
-            continue;
-        const MERV::BRep::Point from = euclidean(section.from), to = euclidean(section.to);
-        glVertex4d(from.x, from.y, from.z, 1.0);
-        glVertex4d(to.x, to.y, to.z, 1.0);
+    std::vector<SectionVertex> vertices;
+    {
+        const ReadLocker lock(this);
+        vertices = sectionLines(all(), MERV::BRep::Plane(plane));
     }
+    if (vertices.empty())
+        return true;
+    const ClientArrayScope arrays;
+    glEnableClientState(GL_VERTEX_ARRAY);
+    glVertexPointer(3, GL_FLOAT, sizeof(SectionVertex), vertices.front().data());
+    glDrawArrays(GL_LINES, 0, static_cast<GLsizei>(vertices.size()));
     return true;
 }

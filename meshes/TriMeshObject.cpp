@@ -3,8 +3,6 @@
 #include "meshes/TriMesh.h"
 #include "meshes/TriMeshFragment.h"
 
-#include <utility>
-
 TriMeshObject::TriMeshObject(const QString &label, QObject *parent)
     : ImageObject(label, parent)
 {}
@@ -24,8 +22,15 @@ TriMeshFragment *TriMeshObject::addFragment(const QString &label)
     auto *fragment = new TriMeshFragment;
     fragment->setParent(this);
     fragment->setLabel(label);
+    const std::lock_guard guard(fragmentsMutex);
     fragments.append(fragment);
     return fragment;
+}
+
+QList<TriMeshFragment *> TriMeshObject::drawnFragments() const
+{
+    const std::lock_guard guard(fragmentsMutex);
+    return fragments;
 }
 
 TriMesh *TriMeshObject::addMesh(const QString &label)
@@ -54,7 +59,8 @@ int TriMeshObject::meshCount() const
 
 void TriMeshObject::render(GraphicsObjectRenderAdvisor *advisor)
 {
-    for (TriMeshFragment *fragment : std::as_const(fragments))
+    const QList<TriMeshFragment *> drawn = drawnFragments();
+    for (TriMeshFragment *fragment : drawn)
         fragment->render(advisor);
 }
 
@@ -65,7 +71,8 @@ void TriMeshObject::renderBox(GraphicsObjectRenderAdvisor *advisor, float, float
 
 bool TriMeshObject::renderPlane(GraphicsObjectRenderAdvisor *advisor, const double plane[4])
 {
-    for (TriMeshFragment *fragment : std::as_const(fragments))
+    const QList<TriMeshFragment *> drawn = drawnFragments();
+    for (TriMeshFragment *fragment : drawn)
         fragment->renderSection(advisor, plane);
     return true;
 }

@@ -4,10 +4,13 @@
 
 #include <QList>
 
+#include <mutex>
+
 class TriMesh;
 class TriMeshFragment;
 
-// An image object made of triangle meshes. Owns its fragments and meshes as QObject children. GUI thread.
+// An image object made of triangle meshes. Owns its fragments and meshes as QObject children. GUI thread, but
+// for drawing, which a worker may do as well.
 class TriMeshObject : public ImageObject
 {
     Q_OBJECT
@@ -38,6 +41,9 @@ public:
     bool renderPlane(GraphicsObjectRenderAdvisor *advisor, const float plane[4]) override;
 
 private:
+    QList<TriMeshFragment *> drawnFragments() const;
+
+    mutable std::mutex fragmentsMutex; // held to change the list and to read it from any thread
     QList<TriMeshFragment *> fragments;
     QList<TriMesh *> meshes;
 };
