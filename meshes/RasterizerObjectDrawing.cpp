@@ -12,6 +12,8 @@
 #include <initializer_list>
 #include <iostream>
 #include <limits>
+#include <sstream>
+#include <string>
 
 namespace {
 
@@ -22,6 +24,24 @@ constexpr int blueByte = 2;
 
 using Rgba = std::array<GLubyte, 4>;
 constexpr Rgba probeColour{145, 39, 198, 255};
+
+// Lines are written whole: other threads write, too.
+void tell(std::ostream &stream, const std::string &line)
+{
+    stream << line + '\n' << std::flush;
+}
+
+std::string textOf(const void *address)
+{
+    std::ostringstream text;
+    text << address;
+    return text.str();
+}
+
+std::string threadId()
+{
+    return textOf(QThread::currentThreadId());
+}
 
 // Makes the box of mm 0..right, bottom..top the whole canvas.
 void loadOrtho(double right, double bottom, double top)
@@ -96,12 +116,12 @@ void RasterizerObject::probeOrientation()
 void RasterizerObject::work()
 {
     canvas->takeOver();
-    std::cout << "Rasterizer thread started. Thread id is " << QThread::currentThreadId() << std::endl;
-    std::cout << "Now entering Rasterizer main loop ..." << std::endl;
+    tell(std::cout, "Rasterizer thread started. Thread id is " + threadId());
+    tell(std::cout, "Now entering Rasterizer main loop ...");
     while (awaitRequest())
         rasterize();
     canvas->giveAway();
-    std::cout << "Exiting Rasterizer event loop ..." << std::endl;
+    tell(std::cout, "Exiting Rasterizer event loop ...");
 }
 
 // Waits until a run is asked for; false if the worker is to end.
@@ -129,8 +149,8 @@ bool RasterizerObject::stopRequested() const
 
 void RasterizerObject::rasterize()
 {
-    std::cout << "Starting rasterization. Thread id is " << QThread::currentThreadId()
-              << ", OpenGL error flags are " << drawingErrors << std::endl;
+    tell(std::cout, "Starting rasterization. Thread id is " + threadId() + ", OpenGL error flags are " +
+                        std::to_string(drawingErrors));
     bool complete = true;
     if (canvas->makeCurrent()) {
         setUpDrawing();
@@ -138,7 +158,7 @@ void RasterizerObject::rasterize()
         drawingErrors = glGetError();
         canvas->doneCurrent();
     } else {
-        std::cerr << "makeCurrent failed. pbuffer DC is " << canvas->handle() << std::endl;
+        tell(std::cerr, "makeCurrent failed. pbuffer DC is " + textOf(canvas->handle()));
     }
     {
         const std::lock_guard lock(flagMutex);
@@ -148,7 +168,7 @@ void RasterizerObject::rasterize()
         return;
     publish();
     emit updated();
-    std::cout << "Rasterization finished in thread id " << QThread::currentThreadId() << std::endl;
+    tell(std::cout, "Rasterization finished in thread id " + threadId());
 }
 
 void RasterizerObject::setUpDrawing() const
@@ -173,7 +193,7 @@ bool RasterizerObject::drawSlices()
                 return false;
         return true;
     } catch (const std::exception &failure) {
-        std::cerr << "Rasterization failed: " << failure.what() << std::endl;
+        tell(std::cerr, std::string("Rasterization failed: ") + failure.what());
         return false;
     }
 }
@@ -183,8 +203,8 @@ bool RasterizerObject::drawSlice(int slice)
     // Of x and y the smallest positive number, on purpose not the most negative one.
     constexpr float lowest = std::numeric_limits<float>::min();
     constexpr float highest = std::numeric_limits<float>::max();
-    glClear(GL_COLOR_BUFFER_BIT);
     loadPlainState();
+    glClear(GL_COLOR_BUFFER_BIT);
     prepareSlice();
     {
         const std::lock_guard lock(sourceMutex);

@@ -35,6 +35,7 @@ public:
     using ImageObject::renderPlane;
     using ImageObject::renderPoint;
     // Draws every axial slice whose middle lies in zMin..zMax (closed); the limits of x and y are not used.
+    // Any thread, under the lock of the voxels.
     void renderBox(GraphicsObjectRenderAdvisor *advisor, float xMin, float xMax, float yMin, float yMax,
                    float zMin, float zMax) override;
     void render(GraphicsObjectRenderAdvisor *advisor) override;
@@ -89,7 +90,7 @@ public:
     const unsigned char *displaySlice(int slice);
     int textureRowPitch() const;
 
-    // Guards voxels and texture buffers between threads. Held while a slice is converted or uploaded; a
+    // Guards voxels and texture buffers between threads. Held while slices are converted or drawn; a
     // worker that writes the voxels holds it for the time of writing. No other lock is taken under it. The
     // operations of this class take it themselves: do not call them while holding it.
     std::unique_lock<std::mutex> lockVoxels() const;

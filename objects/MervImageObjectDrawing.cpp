@@ -198,8 +198,6 @@ void MervImageObject::render(GraphicsObjectRenderAdvisor *advisor)
 void MervImageObject::renderBox(GraphicsObjectRenderAdvisor *advisor, float, float, float, float, float zMin,
                                 float zMax)
 {
-    if (!image)
-        return;
     if (textureMode == TextureModeUnknown) {
         const GLubyte *extensions = glGetString(GL_EXTENSIONS);
         textureMode = detectTextureMode(reinterpret_cast<const char *>(extensions));
@@ -208,6 +206,10 @@ void MervImageObject::renderBox(GraphicsObjectRenderAdvisor *advisor, float, flo
     if (const auto colour = advisedColour(*advisor, this))
         glColor4ub(colour->red, colour->green, colour->blue, colour->alpha);
     const int channel = shownChannel(advisor);
+    // The image stays the same one until all slices are drawn, whichever thread draws them.
+    const auto lock = lockVoxels();
+    if (!image)
+        return;
     glEnable(GL_BLEND);
     glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
 
@@ -227,22 +229,21 @@ void MervImageObject::renderBox(GraphicsObjectRenderAdvisor *advisor, float, flo
     }
 }
 
+// Called under the lock of the voxels.
 void MervImageObject::drawSlice(int slice, int channel)
 {
-    {
-        const auto lock = lockVoxels();
-        matchTextures();
-        ensureSlice(slice, channel);
-        // Uploaded at every drawing; only the conversion to bytes is kept.
-        glTexImage2D(GL_TEXTURE_2D, 0, 1, textureWidth, textureHeight, 0, GL_LUMINANCE, GL_UNSIGNED_BYTE,
-                     sliceTextures[static_cast<std::size_t>(slice)].get());
-    }
+    matchTextures();
+    ensureSlice(slice, channel);
+    // Uploaded at every drawing; only the conversion to bytes is kept.
+    glTexImage2D(GL_TEXTURE_2D, 0, 1, textureWidth, textureHeight, 0, GL_LUMINANCE, GL_UNSIGNED_BYTE,
+                 sliceTextures[static_cast<std::size_t>(slice)].get());
     sendQuad(sliceQuad({image->getWidth(), image->getHeight(), image->getSpacing(0), image->getSpacing(1),
                         sliceCentre(slice, image->getSpacing(2)), static_cast<float>(textureWidth),
                         static_cast<float>(textureHeight)}));
 }
 
-// The raw voxels as a rectangle texture, with the window done by the pixel transfer.
+// The raw voxels as a rectangle texture, with the window done by the pixel transfer. Called under the lock of
+// the voxels.
 void MervImageObject::drawSliceRectangle(int slice)
 {
     const GlScratchTexture texture(rectangleTarget);
@@ -253,16 +254,12 @@ void MervImageObject::drawSliceRectangle(int slice)
     const int width = image->getWidth();
     const int height = image->getHeight();
     const int type = image->getDataType();
-    {
-        const auto lock = lockVoxels();
-        glPixelTransferf(GL_RED_SCALE, (1.0f / image->getWindow(0)) * typeRange(type));
-        glPixelTransferf(GL_RED_BIAS, -image->getLow(0) / image->getWindow(0));
-        const auto *first = static_cast<const unsigned char *>(image->getFrameData(0));
-        const std::size_t offset =
-            static_cast<std::size_t>(slice) * image->getSliceStride() * voxelBytes(type);
-        glTexImage2D(rectangleTarget, 0, 1, width, height, 0, GL_LUMINANCE, static_cast<GLenum>(type),
-                     first + offset);
-    }
+    glPixelTransferf(GL_RED_SCALE, (1.0f / image->getWindow(0)) * typeRange(type));
+    glPixelTransferf(GL_RED_BIAS, -image->getLow(0) / image->getWindow(0));
+    const auto *first = static_cast<const unsigned char *>(image->getFrameData(0));
+    const std::size_t offset = static_cast<std::size_t>(slice) * image->getSliceStride() * voxelBytes(type);
+    glTexImage2D(rectangleTarget, 0, 1, width, height, 0, GL_LUMINANCE, static_cast<GLenum>(type),
+                 first + offset);
     sendQuad(sliceQuad({width, height, image->getSpacing(0), image->getSpacing(1),
                         sliceCentre(slice, image->getSpacing(2)), 1.0f, 1.0f}));
 }

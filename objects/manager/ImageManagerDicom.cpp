@@ -171,5 +171,6 @@ bool ImageManager::saveDicomSeries(MervImageObject *image, const QString &direct
 {
     if (image == nullptr || image->voxels() == nullptr)
         return false;
+    const auto lock = image->lockVoxels(); // no worker writes them meanwhile
     return withoutException([&] { return dicom::saveDicomSeries(*image->voxels(), narrowPath(directory)); });
 }

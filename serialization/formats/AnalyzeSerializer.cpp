@@ -20,5 +20,6 @@ bool AnalyzeSerializer::serialize(ImageObject *object, const wchar_t *path)
     // The writer appends the extensions of its two files by itself. "A.HDR" becomes "A.hdr", which can be
     // read back, while a file named "A.HDR" could not.
     const QString base = VoxelFiles::withoutExtension(pathFromWide(path), ".hdr");
+    const auto lock = VoxelFiles::lockVoxelsOf(object);
     return MERV::saveAnalyze(widePath(base).c_str(), VoxelFiles::voxelsOf(object)) == 0;
 }

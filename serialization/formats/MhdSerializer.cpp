@@ -19,5 +19,6 @@ bool MhdSerializer::serialize(ImageObject *object, const wchar_t *path)
         return false;
     // The writer appends the extensions of its two files by itself.
     const QString base = VoxelFiles::withoutExtension(pathFromWide(path), ".mhd");
+    const auto lock = VoxelFiles::lockVoxelsOf(object);
     return MERV::saveMetaImage(widePath(base).c_str(), VoxelFiles::voxelsOf(object)) == 0;
 }

@@ -20,5 +20,6 @@ bool VisSerializer::serialize(ImageObject *object, std::ostream &stream)
     if (!canSerialize(object) || stream.fail())
         return false;
     const QByteArray title = object->displayName().toLocal8Bit();
+    const auto lock = VoxelFiles::lockVoxelsOf(object);
     return MERV::saveVis(stream, VoxelFiles::voxelsOf(object), title.constData(), nullptr, 0);
 }

@@ -16,6 +16,12 @@ MERV::Image *VoxelFiles::voxelsOf(ImageObject *object)
     return volume != nullptr ? volume->voxels() : nullptr;
 }
 
+std::unique_lock<std::mutex> VoxelFiles::lockVoxelsOf(const ImageObject *object)
+{
+    const auto *volume = dynamic_cast<const MervImageObject *>(object);
+    return volume != nullptr ? volume->lockVoxels() : std::unique_lock<std::mutex>();
+}
+
 QString VoxelFiles::withoutExtension(const QString &path, const QString &extension)
 {
     return path.endsWith(extension, Qt::CaseInsensitive) ? path.chopped(extension.size()) : path;

@@ -3,6 +3,7 @@
 #include <QString>
 
 #include <memory>
+#include <mutex>
 
 class ImageObject;
 
@@ -15,6 +16,8 @@ namespace VoxelFiles {
 
 // The voxel image of an object; null for an object of another class or without voxels.
 MERV::Image *voxelsOf(ImageObject *object);
+// Keeps workers from writing the voxels of the object; nothing for an object of another class.
+std::unique_lock<std::mutex> lockVoxelsOf(const ImageObject *object);
 
 // The path without the extension (with its dot), whose case does not matter; the path itself if it ends in
 // something else.

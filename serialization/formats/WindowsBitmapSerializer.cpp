@@ -67,6 +67,7 @@ bool WindowsBitmapSerializer::serialize(ImageObject *object, std::ostream &strea
 {
     if (!canSerialize(object) || stream.fail())
         return false;
+    const auto lock = VoxelFiles::lockVoxelsOf(object);
     MERV::Image *image = VoxelFiles::voxelsOf(object);
     const int width = image->getWidth();
     const int height = image->getHeight();
