@@ -27,12 +27,14 @@ QList<ImageObject *> ColoringTriMeshRenderer::sources() const
 void ColoringTriMeshRenderer::detachFrom(ImageObject *closing)
 {
     ImageRenderer::detachFrom(closing);
+    if (!sources().contains(closing))
+        return;
     if (samples == closing)
         samples = nullptr;
-    if (rootImageObject(fragment) == closing)
+    else
         fragment = nullptr;
-    if (!fragment || !samples)
-        drawn.reset();
+    drawn.reset();
+    emit updated();
 }
 
 // The samples stay locked for the whole pass, so that the largest one fits all others. The mesh is read where

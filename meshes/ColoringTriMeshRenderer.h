@@ -13,7 +13,8 @@ class TriMeshFragment;
 
 // Draws a mesh fragment in bands of colour by the samples at its vertices, relative to the largest sample;
 // faces with a vertex that has no sample are hatched in red. Owns neither; draws nothing when one is closed.
-// Emits no updated(): who shows it follows its sources. GUI thread.
+// Emits updated() when it lets go of one, and not when they change: who shows it follows its sources. GUI
+// thread.
 class ColoringTriMeshRenderer : public ImageRenderer
 {
     Q_OBJECT

@@ -71,7 +71,9 @@ void ColoringTriMeshRendererTest::sources_ofAFragmentAlone_areTheSamples()
 void ColoringTriMeshRendererTest::closingTheMesh_leavesTheSamples()
 {
     Scene scene;
+    const QSignalSpy updated(&scene.coloring, &GraphicsObject::updated);
     scene.coloring.detachFrom(scene.mesh.get());
+    QCOMPARE(updated.count(), 1);
     QCOMPARE(scene.coloring.sources(), Objects{scene.samples.get()});
     scene.mesh.reset();
     scene.coloring.render(nullptr); // without any OpenGL: nothing may be drawn
@@ -82,7 +84,9 @@ void ColoringTriMeshRendererTest::closingTheMesh_leavesTheSamples()
 void ColoringTriMeshRendererTest::closingTheSamples_leavesTheMesh()
 {
     Scene scene;
+    const QSignalSpy updated(&scene.coloring, &GraphicsObject::updated);
     scene.coloring.detachFrom(scene.samples.get());
+    QCOMPARE(updated.count(), 1);
     QCOMPARE(scene.coloring.sources(), Objects{scene.mesh.get()});
     scene.samples.reset();
     scene.coloring.render(nullptr);
@@ -91,8 +95,10 @@ void ColoringTriMeshRendererTest::closingTheSamples_leavesTheMesh()
 void ColoringTriMeshRendererTest::closingSomethingElse_changesNothing()
 {
     Scene scene;
+    const QSignalSpy updated(&scene.coloring, &GraphicsObject::updated);
     TriMeshObject other("other", nullptr);
     scene.coloring.detachFrom(&other);
+    QCOMPARE(updated.count(), 0);
     QCOMPARE(scene.coloring.sources(), (Objects{scene.mesh.get(), scene.samples.get()}));
 }
 
