@@ -15,15 +15,17 @@ constexpr double largestCoordinate = 0x1p100;
 constexpr double smallestExtent = 0x1p-100;
 // How far from the mesh a point may be, in local coordinates, to be answered by the tree.
 constexpr double reach = 0x1p16;
-// What distances in single precision may be wrong by, relative to the largest local coordinate, and as much
-// again for the rounding in TriFace::closestPointTo() on a sound face.
-constexpr double margin = 0x1p-18;
-// The lowest height of a sound face: relative to the extent of the mesh, so that single precision can tell it
-// from a line; and relative to the largest coordinate squared by the extent. Sides of lines are sums of
-// products of coordinates: the foot that TriFace::closestPointTo() takes for one inside may be outside by
-// about 2^-44 times the largest coordinate squared by the height, and is to stay within the margin.
+// By how much a distance in single precision may be above the one to the answer of
+// TriFace::closestPointTo(), in proportion to the largest coordinate, and in proportion to the distance and
+// to the longest side.
+constexpr double marginByCoordinates = 0x1p-21;
+constexpr double marginBySize = 0x1p-19;
+// The lowest height of a sound face, by the extent of the mesh, so that single precision can tell the face
+// from a line; and by the square of the largest coordinate. TriFace::closestPointTo() compares sums of
+// products of coordinates: what it takes for a foot inside may lie outside by 230 units in the last place
+// (2^-53) of that square, divided by the height. That is to stay below 2^-23 times the extent.
 constexpr double lowestHeight = 0x1p-20;
-constexpr double lowestHeightByCoordinates = 0x1p-23;
+constexpr double lowestHeightByCoordinates = 0x1p-22;
 
 constexpr float noLimit = 0x1p80f; // above all distances but those of lanes without content
 
@@ -38,19 +40,37 @@ bool isPlain(const TriFace &face)
     return face.isValid() && isPlain(face.vertex(0)) && isPlain(face.vertex(1)) && isPlain(face.vertex(2));
 }
 
-// The lowest of the three heights.
-double heightOf(const TriFace &face)
+double longestSideOf(const TriFace &face)
 {
-    const Point normal = face.normal(), zero(0.0, 0.0, 0.0);
     double longest = 0.0;
     for (int i = 0; i < 3; ++i)
         longest = std::max(longest, squaredDistance(face.vertex(i), face.vertex((i + 1) % 3)));
-    return std::sqrt(squaredDistance(normal, zero) / longest);
+    return std::sqrt(longest);
+}
+
+// The centre of the box along the axes, which for the two faces of a rectangle is the same.
+Vector middleOf(const std::array<Vector, 3> &corners)
+{
+    const auto [a, b, c] = corners;
+    const auto middle = [](float p, float q, float r) {
+        return 0.5f * (std::min({p, q, r}) + std::max({p, q, r}));
+    };
+    return {middle(a.x, b.x, c.x), middle(a.y, b.y, c.y), middle(a.z, b.z, c.z)};
+}
+
+std::size_t foursIn(std::size_t size)
+{
+    return (size + lanes - 1) / lanes;
 }
 
 } // namespace
 
-// One question and the best answer so far.
+// One question. Distances in the tree are squares.
+//
+// Of the faces in the tree the nearest triangle nearly always has the answer, and to ask it is dear. So the
+// descent first presumes that the answer lies on the nearest triangle and only collects what is as near. The
+// collected faces are asked then; if their answer is farther away than presumed, which happens beyond obtuse
+// corners, a second descent goes that far and asks each face it meets.
 class ClosestPointIndex::Search
 {
 public:
@@ -58,41 +78,70 @@ public:
         : index(newIndex)
         , query(newQuery)
         , at(newIndex.local(newQuery))
-        , slack(margin * (1.0 + std::abs(at.x) + std::abs(at.y) + std::abs(at.z)))
+        , slack(marginByCoordinates * (1.0 + std::abs(at.x) + std::abs(at.y) + std::abs(at.z)) +
+                marginBySize * index.longestSide)
     {}
 
+    void presume(std::size_t face);
     void ask(std::size_t face);
-    void descend();
+    void searchTree();
 
     // Comparisons with distances that are no numbers depend on the order of all faces.
     bool isDecided() const { return decided; }
     const FacePoint &answer() const { return best; }
 
 private:
+    struct Candidate
+    {
+        float distance;
+        std::uint32_t face;
+    };
+
     struct Node
     {
-        float squaredDistance;
-        std::uint32_t level; // 0 is a packet
+        float distance;
+        std::uint32_t level; // 0 is four triangles, above are boxes
         std::size_t number;
     };
 
-    void askNearOnes(const Packet &packet);
+    float limitFor(double distance) const;
+    void descend();
     void openBoxes(const Node &node);
+    void meetTriangles(std::size_t number);
+    void collect(const Candidate &candidate);
+    void askCollected();
 
-    // A node leaves at most three others waiting at each of at most 16 levels.
+    // A node leaves at most three others waiting at each of at most 16 levels, and four are being put there.
     static constexpr std::size_t mostNodes = 64;
+    static constexpr std::size_t mostCandidates = 16;
 
     const ClosestPointIndex &index;
     const Point &query;
     const Vector at;
     const double slack;
-    float limit = noLimit; // squared distance from which on no face can be better
+    float limit = noLimit;    // no face farther away than this is looked at
+    float askLimit = noLimit; // no face farther away than this can have the answer
+    bool presuming = true;
+    bool decided = true;
     double bestDistance = 0.0;
     FacePoint best;
-    bool decided = true;
     std::array<Node, mostNodes> waiting; // the nearest one last
-    std::size_t count = 0;
+    std::size_t waitingCount = 0;
+    std::array<Candidate, mostCandidates> collected;
+    std::size_t collectedCount = 0;
 };
+
+// Of the tree, for an answer at this distance in local coordinates.
+float ClosestPointIndex::Search::limitFor(double distance) const
+{
+    const double bound = distance * (1.0 + marginBySize) + slack;
+    return std::min(noLimit, static_cast<float>(bound * bound));
+}
+
+void ClosestPointIndex::Search::presume(std::size_t face)
+{
+    limit = std::min(limit, limitFor(distance(index.faces[face].vertex(0), query) * index.scale));
+}
 
 void ClosestPointIndex::Search::ask(std::size_t face)
 {
@@ -105,55 +154,81 @@ void ClosestPointIndex::Search::ask(std::size_t face)
         return;
     best = {candidate, face};
     bestDistance = d;
-    const double bound = d * index.scale + slack;
-    limit = std::min(noLimit, static_cast<float>(bound * bound * (1.0 + margin)));
+    askLimit = limitFor(d * index.scale);
+    limit = std::min(limit, askLimit);
 }
 
-void ClosestPointIndex::Search::askNearOnes(const Packet &packet)
+void ClosestPointIndex::Search::searchTree()
 {
-    Float4 distances = packet.triangles.squaredDistances(at);
-    for (std::size_t turn = 0; turn < lanes; ++turn) {
-        std::size_t nearest = 0;
-        for (std::size_t lane = 1; lane < lanes; ++lane)
-            if (distances[lane] < distances[nearest])
-                nearest = lane;
-        if (distances[nearest] > limit)
-            return;
-        distances[nearest] = 2.0f * noLimit;
-        ask(packet.faces[nearest]);
+    if (index.triangles.empty())
+        return;
+    descend();
+    askCollected();
+    if (askLimit <= limit)
+        return;
+    presuming = false;
+    limit = askLimit;
+    descend();
+}
+
+void ClosestPointIndex::Search::descend()
+{
+    waiting[waitingCount++] = {0.0f, static_cast<std::uint32_t>(index.levels.size()), 0};
+    while (waitingCount > 0) {
+        const Node node = waiting[--waitingCount];
+        if (node.distance > limit)
+            continue;
+        if (node.level == 0)
+            meetTriangles(node.number);
+        else
+            openBoxes(node);
     }
 }
 
 void ClosestPointIndex::Search::openBoxes(const Node &node)
 {
-    const FourBoxes &boxes = index.levels[node.level - 1][node.number];
-    const Float4 distances = boxes.squaredDistances(at);
-    const std::size_t first = count;
-    for (std::size_t lane = 0; lane < lanes; ++lane) {
-        const float d = distances[lane];
-        if (d > limit)
-            continue;
-        std::size_t place = count++;
-        for (; place > first && waiting[place - 1].squaredDistance < d; --place)
-            waiting[place] = waiting[place - 1];
-        waiting[place] = {d, node.level - 1, node.number * lanes + lane};
+    const Float4 distances = index.levels[node.level - 1][node.number].squaredDistances(at);
+    for (const RankedLane &lane : fromFarToNear(distances)) {
+        waiting[waitingCount] = {lane.value, node.level - 1, node.number * lanes + lane.lane};
+        waitingCount += lane.value <= limit ? 1 : 0;
     }
 }
 
-void ClosestPointIndex::Search::descend()
+void ClosestPointIndex::Search::meetTriangles(std::size_t number)
 {
-    if (index.packets.empty())
-        return;
-    waiting[count++] = {0.0f, static_cast<std::uint32_t>(index.levels.size()), 0};
-    while (count > 0) {
-        const Node node = waiting[--count];
-        if (node.squaredDistance > limit)
+    const Float4 distances = index.triangles[number].squaredDistances(at);
+    for (std::size_t lane = 0; lane < lanes; ++lane) {
+        if (distances[lane] > limit)
             continue;
-        if (node.level == 0)
-            askNearOnes(index.packets[node.number]);
+        const std::uint32_t face = index.faceOf[number * lanes + lane];
+        if (presuming)
+            collect({distances[lane], face});
         else
-            openBoxes(node);
+            ask(face);
     }
+}
+
+void ClosestPointIndex::Search::collect(const Candidate &candidate)
+{
+    if (collectedCount == mostCandidates)
+        askCollected();
+    collected[collectedCount++] = candidate;
+    limit = std::min(limit, limitFor(std::sqrt(candidate.distance) + slack));
+}
+
+// The nearest ones first.
+void ClosestPointIndex::Search::askCollected()
+{
+    const auto end = collected.begin() + static_cast<std::ptrdiff_t>(collectedCount);
+    for (auto next = collected.begin(); next != end; ++next) {
+        std::iter_swap(next, std::min_element(next, end, [](const Candidate &a, const Candidate &b) {
+                           return a.distance < b.distance;
+                       }));
+        if (next->distance > askLimit)
+            break;
+        ask(next->face);
+    }
+    collectedCount = 0;
 }
 
 ClosestPointIndex::ClosestPointIndex(std::span<const TriFace> newFaces)
@@ -162,7 +237,8 @@ ClosestPointIndex::ClosestPointIndex(std::span<const TriFace> newFaces)
     measureExtent();
     std::vector<PlacedFace> sound = sortOut();
     orderByMedians(sound);
-    makePackets(sound);
+    makeTriangles(sound);
+    makeBoxes();
 }
 
 FacePoint ClosestPointIndex::closestPoint(const Point &query, std::size_t hint) const
@@ -170,11 +246,11 @@ FacePoint ClosestPointIndex::closestPoint(const Point &query, std::size_t hint) 
     if (!isInReach(query))
         return closestPointByScan(faces, query);
     Search search(*this, query);
-    if (hint < faces.size())
-        search.ask(hint);
+    if (hint < faces.size() && isPlain(faces[hint]))
+        search.presume(hint);
     for (const std::uint32_t face : unsound)
         search.ask(face);
-    search.descend();
+    search.searchTree();
     return search.isDecided() ? search.answer() : closestPointByScan(faces, query);
 }
 
@@ -205,7 +281,8 @@ bool ClosestPointIndex::isSound(const TriFace &face) const
 {
     if (scale == 0.0 || !isPlain(face))
         return false;
-    const double height = heightOf(face) * scale, far = largest * scale;
+    const double normal = distance(face.normal(), Point(0.0, 0.0, 0.0));
+    const double height = normal / longestSideOf(face) * scale, far = largest * scale;
     return height >= lowestHeight && height >= lowestHeightByCoordinates * far * far;
 }
 
@@ -224,8 +301,8 @@ std::vector<PlacedFace> ClosestPointIndex::sortOut()
     for (std::size_t i = 0; i < faces.size(); ++i) {
         const auto number = static_cast<std::uint32_t>(i);
         if (isSound(faces[i])) {
-            const std::array<Vector, 3> corners = localCorners(faces[i]);
-            sound.push_back({corners[0] + corners[1] + corners[2], number});
+            sound.push_back({middleOf(localCorners(faces[i])), number});
+            longestSide = std::max(longestSide, longestSideOf(faces[i]) * scale);
         } else if (faces[i].plane().isValid()) {
             unsound.push_back(number);
         }
@@ -245,50 +322,53 @@ std::array<Vector, 3> ClosestPointIndex::localCorners(const TriFace &face) const
     return {local(face.vertex(0)), local(face.vertex(1)), local(face.vertex(2))};
 }
 
-void ClosestPointIndex::makePackets(std::span<const PlacedFace> ordered)
+void ClosestPointIndex::makeTriangles(std::span<const PlacedFace> ordered)
 {
-    packets.resize((ordered.size() + lanes - 1) / lanes);
-    std::vector<FourBoxes> boxes((packets.size() + lanes - 1) / lanes);
-    std::vector<Vector> normals(packets.size());
-    for (std::size_t i = 0; i < packets.size(); ++i) {
-        const auto content = ordered.subspan(i * lanes, std::min(lanes, ordered.size() - i * lanes));
-        std::array<Vector, 3 * lanes> points;
-        for (std::size_t lane = 0; lane < content.size(); ++lane) {
-            const std::array<Vector, 3> corners = localCorners(faces[content[lane].face]);
-            packets[i].triangles.set(lane, corners);
-            packets[i].faces[lane] = content[lane].face;
-            std::copy(corners.begin(), corners.end(), points.begin() + static_cast<std::ptrdiff_t>(3 * lane));
-            normals[i] = normals[i] + cross(corners[1] - corners[0], corners[2] - corners[0]);
-        }
-        boxes[i / lanes].fit(i % lanes, std::span(points).first(3 * content.size()), normals[i]);
-    }
-    if (packets.size() > 1) {
-        levels.push_back(std::move(boxes));
-        makeBoxes(std::move(normals));
+    triangles.resize(foursIn(ordered.size()));
+    faceOf.resize(triangles.size() * lanes);
+    for (std::size_t i = 0; i < faceOf.size(); ++i) {
+        faceOf[i] = ordered[std::min(i, ordered.size() - 1)].face;
+        triangles[i / lanes].set(i % lanes, localCorners(faces[faceOf[i]]));
     }
 }
 
-// The levels above the boxes of the packets, whose normals are given.
-void ClosestPointIndex::makeBoxes(std::vector<Vector> normals)
+void ClosestPointIndex::makeBoxes()
 {
-    while (levels.back().size() > 1) {
-        const std::vector<FourBoxes> &below = levels.back();
-        std::vector<FourBoxes> boxes((below.size() + lanes - 1) / lanes);
-        std::vector<Vector> sums(below.size());
-        for (std::size_t i = 0; i < below.size(); ++i) {
-            std::array<Vector, 8 * lanes> points;
-            const std::size_t content = std::min(lanes, normals.size() - i * lanes);
-            for (std::size_t lane = 0; lane < content; ++lane) {
-                const std::array<Vector, 8> corners = below[i].corners(lane);
-                std::copy(corners.begin(), corners.end(),
-                          points.begin() + static_cast<std::ptrdiff_t>(8 * lane));
-                sums[i] = sums[i] + normals[i * lanes + lane];
-            }
-            boxes[i / lanes].fit(i % lanes, std::span(points).first(8 * content), sums[i]);
-        }
-        levels.push_back(std::move(boxes));
-        normals = std::move(sums);
+    if (triangles.size() < 2)
+        return;
+    std::vector<Vector> normals;
+    normals.reserve(triangles.size());
+    std::vector<FourBoxes> boxes(foursIn(triangles.size()));
+    for (std::size_t i = 0; i < triangles.size(); ++i) {
+        normals.push_back(triangles[i].normal());
+        boxes[i / lanes].fit(i % lanes, {&triangles[i], 1}, normals[i], triangles[i].longestSide());
     }
+    levels.push_back(std::move(boxes));
+    for (std::size_t content = lanes; levels.back().size() > 1; content *= lanes)
+        levels.push_back(boxesAround(levels.back(), content, normals));
+}
+
+// One box around each four below, which hold `content` times four triangles each. The normals are those of
+// the boxes below and become those of the boxes made.
+std::vector<FourBoxes> ClosestPointIndex::boxesAround(const std::vector<FourBoxes> &below,
+                                                      std::size_t content, std::vector<Vector> &normals) const
+{
+    std::vector<FourBoxes> boxes(foursIn(below.size()));
+    for (std::size_t i = 0; i < below.size(); ++i) {
+        const std::size_t first = i * lanes, last = std::min(first + lanes, normals.size()) - 1;
+        Vector normal{};
+        for (std::size_t k = first; k <= last; ++k)
+            normal = normal + normals[k];
+        const auto start = i * content;
+        boxes[i / lanes].fit(i % lanes,
+                             std::span(triangles).subspan(start, std::min(content, triangles.size() - start)),
+                             normal,
+                             below[i].centerOf(last - first) + below[i].centerOf(last - first > 1 ? 2 : 1) -
+                                 below[i].centerOf(0) - below[i].centerOf(last - first > 1 ? 1 : 0));
+        normals[i] = normal;
+    }
+    normals.resize(below.size());
+    return boxes;
 }
 
 } // namespace MERV::BRep

@@ -1,7 +1,11 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
+#include <bit>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 
 namespace MERV::BRep {
 
@@ -9,8 +13,6 @@ namespace MERV::BRep {
 using Float4 = float __attribute__((vector_size(16)));
 
 inline constexpr std::size_t lanes = 4;
-// Where lanes without content lie; the square is still a number.
-inline constexpr float farAway = 0x1p50f;
 
 inline Float4 magnitude(Float4 a)
 {
@@ -25,6 +27,35 @@ inline Float4 smaller(Float4 a, Float4 b)
 inline Float4 larger(Float4 a, Float4 b)
 {
     return a > b ? a : b;
+}
+
+struct RankedLane
+{
+    float value;
+    std::size_t lane;
+};
+
+// Of values that are not negative; each is told lower by at most three units in its last place. Without
+// branches, which could not be foreseen.
+inline std::array<RankedLane, lanes> fromFarToNear(Float4 values)
+{
+    std::array<std::uint32_t, lanes> keys{};
+    for (std::uint32_t lane = 0; lane < lanes; ++lane)
+        keys[lane] = (std::bit_cast<std::uint32_t>(static_cast<float>(values[lane])) & ~3u) | lane;
+    const auto order = [&keys](std::size_t a, std::size_t b) {
+        const auto [low, high] = std::minmax({keys[a], keys[b]});
+        keys[a] = high;
+        keys[b] = low;
+    };
+    order(0, 1);
+    order(2, 3);
+    order(0, 2);
+    order(1, 3);
+    order(1, 2);
+    std::array<RankedLane, lanes> result;
+    for (std::size_t i = 0; i < lanes; ++i)
+        result[i] = {std::bit_cast<float>(keys[i] & ~3u), keys[i] & 3u};
+    return result;
 }
 
 // Three coordinates: of one vector (T is float) or of four of them side by side (Float4).

@@ -7,92 +7,94 @@ namespace MERV::BRep {
 
 namespace {
 
-constexpr float rim = 0x1p-21f;
+constexpr float rim = 0x1p-20f;
+// Where boxes without content lie; the square is still a number.
+constexpr float farAway = 0x1p50f;
+
+using Frame = std::array<Vector, 3>;
 
 bool isFinite(const Vector &v)
 {
     return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
 }
 
-// Any unit vector perpendicular to a unit vector.
-Vector anyPerpendicular(const Vector &unit)
+// The unit vector perpendicular to a unit vector and next to the direction, or any one for want of it.
+Vector perpendicular(const Vector &unit, const Vector &direction)
 {
-    const Vector away = std::abs(unit.x) < 0.5f ? Vector{1.0f, 0.0f, 0.0f} : Vector{0.0f, 1.0f, 0.0f};
-    return normalized(cross(unit, away));
+    const Vector aside = cross(unit, direction);
+    const Vector result = normalized(cross(normalized(aside), unit));
+    if (isFinite(result))
+        return result;
+    const Vector other = std::abs(unit.x) < 0.5f ? Vector{1.0f, 0.0f, 0.0f} : Vector{0.0f, 1.0f, 0.0f};
+    return normalized(cross(unit, other));
 }
 
-Vector meanOf(std::span<const Vector> points)
+Frame frameOf(const Vector &normal, const Vector &direction)
 {
-    Vector sum{};
-    for (const Vector &point : points)
-        sum = sum + point;
-    return sum * (1.0f / static_cast<float>(points.size()));
+    const Vector given = normalized(normal);
+    const Vector up = isFinite(given) ? given : Vector{0.0f, 0.0f, 1.0f};
+    const Vector along = perpendicular(up, direction);
+    return {along, normalized(cross(up, along)), up};
 }
 
-// The unit vector u or v or between them along which the points spread most: the larger principal axis of
-// their second moments.
-Vector widestDirection(std::span<const Vector> points, const Vector &u, const Vector &v)
+struct Interval
 {
-    const Vector mean = meanOf(points);
-    float uu = 0.0f, uv = 0.0f, vv = 0.0f;
-    for (const Vector &point : points) {
-        const Vector d = point - mean;
-        const float x = dot(d, u), y = dot(d, v);
-        uu += x * x;
-        uv += x * y;
-        vv += y * y;
-    }
-    const float difference = 0.5f * (uu - vv);
-    const float root = std::sqrt(difference * difference + uv * uv);
-    const Vector direction =
-        difference > 0.0f ? u * (difference + root) + v * uv : u * uv + v * (root - difference);
-    const Vector unit = normalized(direction);
-    return isFinite(unit) ? unit : u;
+    float low, high;
+};
+
+Interval intervalOf(Float4 low, Float4 high)
+{
+    return {std::min({low[0], low[1], low[2], low[3]}), std::max({high[0], high[1], high[2], high[3]})};
+}
+
+std::array<Interval, 3> extentAlong(const Frame &frame, std::span<const FourTriangles> content)
+{
+    constexpr float most = std::numeric_limits<float>::max();
+    std::array<Vector4, 3> axes{};
+    for (std::size_t k = 0; k < axes.size(); ++k)
+        for (std::size_t lane = 0; lane < lanes; ++lane)
+            setLane(axes[k], lane, frame[k]);
+    const Float4 start{most, most, most, most};
+    std::array<Float4, 3> low{start, start, start}, high{-start, -start, -start};
+    for (const FourTriangles &triangles : content)
+        for (const Vector4 &corner : triangles.corners())
+            for (std::size_t k = 0; k < axes.size(); ++k) {
+                const Float4 at = dot(corner, axes[k]);
+                low[k] = smaller(low[k], at);
+                high[k] = larger(high[k], at);
+            }
+    return {intervalOf(low[0], high[0]), intervalOf(low[1], high[1]), intervalOf(low[2], high[2])};
 }
 
 } // namespace
 
 FourBoxes::FourBoxes()
 {
-    const Vector infinity{farAway, farAway, farAway};
-    for (std::size_t lane = 0; lane < lanes; ++lane)
-        fit(lane, {&infinity, 1}, {0.0f, 0.0f, 1.0f});
+    for (std::size_t lane = 0; lane < lanes; ++lane) {
+        setLane(center, lane, {farAway, farAway, farAway});
+        setLane(axes[0], lane, {1.0f, 0.0f, 0.0f});
+        setLane(axes[1], lane, {0.0f, 1.0f, 0.0f});
+        setLane(axes[2], lane, {0.0f, 0.0f, 1.0f});
+    }
+    half = {};
 }
 
-void FourBoxes::fit(std::size_t lane, std::span<const Vector> points, const Vector &normal)
+void FourBoxes::fit(std::size_t lane, std::span<const FourTriangles> content, const Vector &normal,
+                    const Vector &direction)
 {
-    const Vector given = normalized(normal);
-    const Vector upright = isFinite(given) ? given : Vector{0.0f, 0.0f, 1.0f};
-    const Vector flat = anyPerpendicular(upright);
-    const Vector widest = widestDirection(points, flat, cross(upright, flat));
-    const std::array<Vector, 3> frame{widest, normalized(cross(upright, widest)), upright};
-
+    const Frame frame = frameOf(normal, direction);
+    const std::array<Interval, 3> extent = extentAlong(frame, content);
     Vector middle{};
+    float size = 1.0f;
+    for (const auto &[low, high] : extent)
+        size += high - low;
     for (std::size_t k = 0; k < frame.size(); ++k) {
-        float low = std::numeric_limits<float>::max(), high = -low;
-        for (const Vector &point : points) {
-            const float at = dot(point, frame[k]);
-            low = std::min(low, at);
-            high = std::max(high, at);
-        }
+        const auto [low, high] = extent[k];
         middle = middle + frame[k] * (0.5f * (low + high));
-        half[k][lane] = 0.5f * (high - low) + rim;
+        half[k][lane] = 0.5f * (high - low) + rim * size;
         setLane(axes[k], lane, frame[k]);
     }
     setLane(center, lane, middle);
-}
-
-std::array<Vector, 8> FourBoxes::corners(std::size_t lane) const
-{
-    std::array<Vector, 8> result;
-    for (std::size_t i = 0; i < result.size(); ++i) {
-        result[i] = laneOf(center, lane);
-        for (std::size_t k = 0; k < axes.size(); ++k) {
-            const float part = (i >> k & 1) != 0 ? half[k][lane] : -half[k][lane];
-            result[i] = result[i] + laneOf(axes[k], lane) * part;
-        }
-    }
-    return result;
 }
 
 } // namespace MERV::BRep

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "meshes/geometry/Float4.h"
+#include "meshes/geometry/FourTriangles.h"
 
 #include <array>
 #include <cstddef>
@@ -8,21 +9,23 @@
 
 namespace MERV::BRep {
 
-// Four boxes, each turned as its content lies: on sheets that lie side by side, boxes along the axes of the
-// world are all about as near as the answer. Coordinates up to about 1 and points up to about 2^16 away;
-// distances are right up to 2^-20 of the largest coordinate in play.
+// Four boxes around triangles, each turned as its content lies: on sheets that lie side by side, boxes along
+// the axes of the world are all about as near as the answer.
 class FourBoxes
 {
 public:
     // Boxes farther away than everything.
     FourBoxes();
 
-    // Fits the box around the points, flat across the normal (any vector, best the one of a sheet through
-    // them), with a rim that outweighs the rounding here.
-    void fit(std::size_t lane, std::span<const Vector> points, const Vector &normal);
+    // Fits the box around the triangles, whose coordinates are between -1 and 1: flat across the normal, with
+    // one side along the direction. Both may be any vectors; the box is small if they are those of a sheet.
+    // It has a rim that outweighs the rounding in proportion to its size.
+    void fit(std::size_t lane, std::span<const FourTriangles> content, const Vector &normal,
+             const Vector &direction);
 
-    std::array<Vector, 8> corners(std::size_t lane) const;
+    Vector centerOf(std::size_t lane) const { return laneOf(center, lane); }
 
+    // Of the point, with the same precision as FourTriangles.
     Float4 squaredDistances(const Vector &point) const
     {
         const Vector4 d = point - center;

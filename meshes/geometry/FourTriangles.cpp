@@ -14,13 +14,6 @@ Vector perpendicular(const Vector &vector, const Vector &unit)
 
 } // namespace
 
-FourTriangles::FourTriangles()
-{
-    for (std::size_t lane = 0; lane < lanes; ++lane)
-        set(lane, {Vector{farAway, 0.0f, 0.0f}, Vector{farAway * 2.0f, 0.0f, 0.0f},
-                   Vector{farAway, farAway, 0.0f}});
-}
-
 void FourTriangles::set(std::size_t lane, const std::array<Vector, 3> &corners)
 {
     const Vector side = corners[1] - corners[0], otherSide = corners[2] - corners[0];
@@ -32,6 +25,24 @@ void FourTriangles::set(std::size_t lane, const std::array<Vector, 3> &corners)
     secondX[lane] = dot(side, unit);
     thirdX[lane] = dot(otherSide, unit);
     thirdY[lane] = dot(otherSide, upright);
+}
+
+Vector FourTriangles::normal() const
+{
+    const Vector4 normals = cross(along, across) * (secondX * thirdY);
+    Vector sum{};
+    for (std::size_t lane = 0; lane < lanes; ++lane)
+        sum = sum + laneOf(normals, lane);
+    return sum;
+}
+
+Vector FourTriangles::longestSide() const
+{
+    std::size_t longest = 0;
+    for (std::size_t lane = 1; lane < lanes; ++lane)
+        if (secondX[lane] > secondX[longest])
+            longest = lane;
+    return laneOf(along, longest) * secondX[longest];
 }
 
 } // namespace MERV::BRep

@@ -8,23 +8,31 @@
 namespace MERV::BRep {
 
 // Four triangles, each in a frame of its own: the first corner is the origin, the second one lies on the
-// first axis, the third one in the plane of both axes. Coordinates up to about 1 and points up to about 2^16
-// away; distances are right up to 2^-20 of the largest coordinate in play.
+// first axis, the third one in the plane of both axes.
 class FourTriangles
 {
 public:
-    // Triangles farther away than everything.
-    FourTriangles();
-
-    // No side may be shorter, no height lower than about 2^-20.
+    // The length of no side nor height may be below 2^-20 of the largest coordinate.
     void set(std::size_t lane, const std::array<Vector, 3> &corners);
 
+    std::array<Vector4, 3> corners() const
+    {
+        const Vector4 third = origin + along * thirdX + across * thirdY;
+        return {origin, origin + along * secondX, third};
+    }
+
+    // The sum of their normals, each as long as twice the area.
+    Vector normal() const;
+    // The longest of their first sides.
+    Vector longestSide() const;
+
+    // Of the point. The distances themselves are wrong by at most 2^-23 of the largest coordinate and 2^-19
+    // of the distance and of the longest side.
     Float4 squaredDistances(const Vector &point) const
     {
         const Vector4 d = point - origin;
         const Float4 x = dot(d, along), y = dot(d, across), z = dot(d, cross(along, across));
-        const Float4 zero{};
-        const Float4 sideX = thirdX - secondX, fromSecondX = x - secondX;
+        const Float4 sideX = thirdX - secondX, fromSecondX = x - secondX, zero{};
         const Float4 first = squaredDistance(x, y, secondX, zero);
         const Float4 second = squaredDistance(fromSecondX, y, sideX, thirdY);
         const Float4 third = squaredDistance(x, y, thirdX, thirdY);
