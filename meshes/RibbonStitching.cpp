@@ -22,10 +22,11 @@ std::vector<std::size_t> firstOfEachLevel(std::span<const float> z)
     for (std::size_t i = 0; i < z.size(); ++i)
         if (std::isfinite(z[i]))
             levels.push_back(i);
-    std::ranges::stable_sort(levels, [&](std::size_t left, std::size_t right) { return z[left] < z[right]; });
-    const auto repeated =
-        std::ranges::unique(levels, [&](std::size_t left, std::size_t right) { return z[left] == z[right]; });
-    levels.erase(repeated.begin(), repeated.end());
+    std::stable_sort(levels.begin(), levels.end(),
+                     [&](std::size_t left, std::size_t right) { return z[left] < z[right]; });
+    levels.erase(std::unique(levels.begin(), levels.end(),
+                             [&](std::size_t left, std::size_t right) { return z[left] == z[right]; }),
+                 levels.end());
     return levels;
 }
 
