@@ -191,7 +191,7 @@ std::vector<EdgeLine> arrangedEdges(std::vector<EdgeLine> edges)
 } // namespace
 
 EdgeLines::EdgeLines(std::span<const TriFace> faces, std::span<const std::uint32_t> numbers,
-                     const SearchFrame &frame)
+                     const SearchFrame &frame, const std::function<void()> &checkpoint)
 {
     EdgeCollector collector(faces, 3 * numbers.size());
     std::vector<FaceNormal> normals(faces.size());
@@ -200,7 +200,9 @@ EdgeLines::EdgeLines(std::span<const TriFace> faces, std::span<const std::uint32
         for (int edge = 0; edge < 3; ++edge)
             collector.add(number, edge, frame);
     }
+    checkpoint();
     const std::vector<EdgeLine> edges = arrangedEdges(std::move(collector.edges));
+    checkpoint();
 
     const auto fillLeaf = [&](EdgeLeaf &leaf, std::size_t first, std::size_t count) {
         for (std::size_t lane = 0; lane < count; ++lane) {

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <span>
 
 namespace MERV::BRep {
@@ -66,9 +67,10 @@ struct EdgeLeaf
 class EdgeLines
 {
 public:
-    // Of the faces with these numbers.
+    // Of the faces with these numbers. checkpoint is called between the steps; what it throws ends the
+    // construction.
     EdgeLines(std::span<const TriFace> faces, std::span<const std::uint32_t> numbers,
-              const SearchFrame &frame);
+              const SearchFrame &frame, const std::function<void()> &checkpoint);
 
     // Calls face(number) for the faces of all edges whose line is met within the tolerance, but for those
     // whose plane is beyond the line's reach; it may narrow the line.

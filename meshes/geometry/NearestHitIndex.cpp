@@ -99,7 +99,7 @@ private:
 
 } // namespace
 
-NearestHitIndex::NearestHitIndex(std::span<const TriFace> newFaces)
+NearestHitIndex::NearestHitIndex(std::span<const TriFace> newFaces, const std::function<void()> &checkpoint)
     : faces(newFaces)
 {
     std::vector<std::uint32_t> plain;
@@ -120,8 +120,10 @@ NearestHitIndex::NearestHitIndex(std::span<const TriFace> newFaces)
     testedAlways.insert(testedAlways.end(), searched, plain.end());
     plain.erase(searched, plain.end());
     if (!plain.empty()) {
+        checkpoint();
         boxes.emplace(faces, plain, frame);
-        edges.emplace(faces, plain, frame);
+        checkpoint();
+        edges.emplace(faces, plain, frame, checkpoint);
     }
 }
 

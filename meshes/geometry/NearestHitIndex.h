@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <vector>
@@ -25,7 +26,9 @@ namespace MERV::BRep {
 class NearestHitIndex
 {
 public:
-    explicit NearestHitIndex(std::span<const TriFace> newFaces);
+    // checkpoint is called every few steps; what it throws ends the construction.
+    explicit NearestHitIndex(
+        std::span<const TriFace> newFaces, const std::function<void()> &checkpoint = [] {});
 
     FacePoint nearestHit(const Line &line, const Point &from) const;
 

@@ -473,3 +473,19 @@ TEST(NearestHitIndex, TakesAModestAmountOfMemory)
     const Faces faces = ribbon(0.0, 0.0, 60, 80);
     EXPECT_LE(NearestHitIndex(faces).bytes(), 150 * faces.size());
 }
+
+TEST(NearestHitIndex, CanBeGivenUpAtEachCheckpoint)
+{
+    const Faces faces = ribbon(0.0, 0.0, 6, 8);
+    int calls = 0;
+    const NearestHitIndex whole(faces, [&calls] { ++calls; });
+    EXPECT_GE(calls, 4); // before, between and inside its two trees
+    for (int last = 1; last <= calls; ++last) {
+        int left = last;
+        const auto giveUp = [&left] {
+            if (--left == 0)
+                throw 1;
+        };
+        EXPECT_THROW(NearestHitIndex(faces, giveUp), int);
+    }
+}
