@@ -5,7 +5,6 @@
 #include "platform/ParallelFor.h"
 
 #include <algorithm>
-#include <atomic>
 #include <bit>
 #include <cmath>
 #include <cstddef>
@@ -91,15 +90,20 @@ Line lineAlongNormal(const BaseVertex &vertex)
     return {from, {from.x + normal.x, from.y + normal.y, from.z + normal.z}};
 }
 
-// The hit of each vertex, in their order; nothing if it was stopped. find is given the face of the last
-// answer of its thread: neighbours in the order mostly lie near one another.
+// Ends a measurement from wherever it is.
+struct Stopped
+{};
+
+using Checkpoint = std::function<void()>;
+
+// The hit of each vertex, in their order. find is given the face of the answer before: neighbours in the
+// order mostly lie near one another.
 template <typename Find>
-std::optional<std::vector<Point>> findHits(const std::vector<BaseVertex> &vertices, const Find &find,
-                                           const std::function<bool()> &stopped)
+std::vector<Point> findHits(const std::vector<BaseVertex> &vertices, const Find &find,
+                            const Checkpoint &checkpoint)
 {
     constexpr std::size_t batch = 32; // enough that handing them out costs nothing
     std::vector<Point> hits(vertices.size());
-    std::atomic<bool> ended{false};
     const auto batches = static_cast<int>((vertices.size() + batch - 1) / batch);
     parallelFor(
         batches,
@@ -107,39 +111,50 @@ std::optional<std::vector<Point>> findHits(const std::vector<BaseVertex> &vertic
             const std::size_t first = static_cast<std::size_t>(index) * batch;
             const std::size_t last = std::min(first + batch, vertices.size());
             FacePoint hit;
-            for (std::size_t i = first; i < last && !ended; ++i) {
+            for (std::size_t i = first; i < last; ++i) {
+                checkpoint();
                 hit = find(vertices[i], hit.face);
                 hits[i] = hit.point;
-                if (stopped())
-                    ended = true;
             }
         },
         coreCount() - 1); // one core is left to the main thread, which edits and draws meanwhile
-    if (ended)
-        return std::nullopt;
     return hits;
 }
 
-std::optional<std::vector<Point>> hitsAlongNormals(const std::vector<BaseVertex> &vertices,
-                                                   std::span<const TriFace> remote,
-                                                   const std::function<bool()> &stopped)
+std::vector<Point> hitsAlongNormals(const std::vector<BaseVertex> &vertices, std::span<const TriFace> remote,
+                                    const Checkpoint &checkpoint)
 {
-    const NearestHitIndex index(remote);
+    const NearestHitIndex index(remote, checkpoint);
     const auto find = [&](const BaseVertex &vertex, std::size_t) {
         return index.nearestHit(lineAlongNormal(vertex), vertex.point);
     };
-    return findHits(vertices, find, stopped);
+    return findHits(vertices, find, checkpoint);
 }
 
-std::optional<std::vector<Point>> closestPoints(const std::vector<BaseVertex> &vertices,
-                                                std::span<const TriFace> remote,
-                                                const std::function<bool()> &stopped)
+std::vector<Point> closestPoints(const std::vector<BaseVertex> &vertices, std::span<const TriFace> remote,
+                                 const Checkpoint &checkpoint)
 {
     const ClosestPointIndex index(remote);
     const auto find = [&](const BaseVertex &vertex, std::size_t hint) {
         return index.closestPoint(vertex.point, hint);
     };
-    return findHits(vertices, find, stopped);
+    return findHits(vertices, find, checkpoint);
+}
+
+std::vector<ThicknessSample> measure(std::span<const TriFace> base, std::span<const TriFace> remote,
+                                     ThicknessDirection direction, const Checkpoint &checkpoint)
+{
+    const std::vector<BaseVertex> vertices = distinctVertices(base);
+    checkpoint();
+    const std::vector<Point> hits = direction == ThicknessDirection::AlongNormal
+                                        ? hitsAlongNormals(vertices, remote, checkpoint)
+                                        : closestPoints(vertices, remote, checkpoint);
+    std::vector<ThicknessSample> samples;
+    samples.reserve(vertices.size());
+    for (std::size_t i = 0; i < vertices.size(); ++i)
+        if (hits[i].valid)
+            samples.push_back({vertices[i].point, distance(hits[i], vertices[i].point)});
+    return samples;
 }
 
 } // namespace
@@ -149,22 +164,14 @@ std::optional<std::vector<ThicknessSample>> measureThickness(std::span<const Tri
                                                              ThicknessDirection direction,
                                                              const std::function<bool()> &stopped)
 {
-    const std::vector<BaseVertex> vertices = distinctVertices(base);
-    if (stopped())
+    try {
+        return measure(base, remote, direction, [&stopped] {
+            if (stopped())
+                throw Stopped();
+        });
+    } catch (const Stopped &) {
         return std::nullopt;
-    const auto hits = direction == ThicknessDirection::AlongNormal
-                          ? hitsAlongNormals(vertices, remote, stopped)
-                          : closestPoints(vertices, remote, stopped);
-    if (!hits)
-        return std::nullopt;
-    std::vector<ThicknessSample> samples;
-    samples.reserve(vertices.size());
-    for (std::size_t i = 0; i < vertices.size(); ++i) {
-        const Point &hit = (*hits)[i];
-        if (hit.valid)
-            samples.push_back({vertices[i].point, distance(hit, vertices[i].point)});
     }
-    return samples;
 }
 
 std::vector<double> runningRecords(std::span<const ThicknessSample> samples)
