@@ -1,6 +1,7 @@
 #include "meshes/ThicknessMeasurement.h"
+#include "tests/support/FlatSheet.h"
 #include "tests/support/PlainThickness.h"
-#include "tests/support/TestMeshes.h"
+#include "tests/support/RibbonMesh.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,13 +20,14 @@ using testing::ElementsAre;
 
 namespace {
 
+using Mesh = std::vector<TriFace>;
+
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double roundingMm = 1e-9;
 
 const auto never = [] { return false; };
 
-std::vector<ThicknessSample> measured(const TestMesh &base, const TestMesh &remote,
-                                      ThicknessDirection direction)
+std::vector<ThicknessSample> measured(const Mesh &base, const Mesh &remote, ThicknessDirection direction)
 {
     return measureThickness(base, remote, direction, never).value();
 }
@@ -38,17 +40,17 @@ std::vector<double> distances(const std::vector<ThicknessSample> &samples)
     return result;
 }
 
-std::vector<double> alongNormal(const TestMesh &base, const TestMesh &remote)
+std::vector<double> alongNormal(const Mesh &base, const Mesh &remote)
 {
     return distances(measured(base, remote, ThicknessDirection::AlongNormal));
 }
 
-std::vector<double> closest(const TestMesh &base, const TestMesh &remote)
+std::vector<double> closest(const Mesh &base, const Mesh &remote)
 {
     return distances(measured(base, remote, ThicknessDirection::Closest));
 }
 
-TestMesh joined(TestMesh first, const TestMesh &second)
+Mesh joined(Mesh first, const Mesh &second)
 {
     first.insert(first.end(), second.begin(), second.end());
     return first;
@@ -81,7 +83,7 @@ const TriFace uprightFace({0, 0, 0}, {0, 1, 0}, {0, 0, 1});
 // 3 x 2 squares have 4 x 3 vertices.
 TEST(ThicknessMeasurement, parallelSheetsAreTheirDistanceApart)
 {
-    const TestMesh base = flatSheet(3, 2, 1.0), remote = flatSheet(3, 2, 3.0);
+    const Mesh base = flatSheet(3, 2, 1.0), remote = flatSheet(3, 2, 3.0);
     for (const auto &values : {alongNormal(base, remote), closest(base, remote)}) {
         EXPECT_EQ(values.size(), 12U);
         EXPECT_THAT(values, Each(DoubleNear(2.0, roundingMm)));
@@ -95,8 +97,8 @@ TEST(ThicknessMeasurement, parallelSheetsAreTheirDistanceApart)
 
 TEST(ThicknessMeasurement, hitsOnEitherSideCount)
 {
-    const TestMesh base = flatSheet(2, 2, 0.0);
-    const TestMesh above = flatSheet(2, 2, 3.0), below = flatSheet(2, 2, -2.0);
+    const Mesh base = flatSheet(2, 2, 0.0);
+    const Mesh above = flatSheet(2, 2, 3.0), below = flatSheet(2, 2, -2.0);
     EXPECT_THAT(alongNormal(base, below), Each(DoubleNear(2.0, roundingMm)));
     EXPECT_THAT(alongNormal(base, joined(above, below)), Each(DoubleNear(2.0, roundingMm)));
     EXPECT_THAT(alongNormal(base, joined(below, above)), Each(DoubleNear(2.0, roundingMm)));
@@ -105,7 +107,7 @@ TEST(ThicknessMeasurement, hitsOnEitherSideCount)
 
 TEST(ThicknessMeasurement, meshHasNoDistanceToItself)
 {
-    const TestMesh mesh = flatSheet(4, 3, 1.0);
+    const Mesh mesh = flatSheet(4, 3, 1.0);
     EXPECT_EQ(alongNormal(mesh, mesh).size(), 20U);
     EXPECT_THAT(alongNormal(mesh, mesh), Each(DoubleNear(0.0, roundingMm)));
     EXPECT_EQ(closest(mesh, mesh).size(), 20U);
@@ -115,8 +117,8 @@ TEST(ThicknessMeasurement, meshHasNoDistanceToItself)
 // One wall at z = 5, one at x = -3: the corner that both faces share sees the wall of the first.
 TEST(ThicknessMeasurement, vertexTakesTheNormalOfTheFirstFace)
 {
-    const TestMesh walls{{{-10, -10, 5}, {30, -10, 5}, {-10, 30, 5}},
-                         {{-3, -10, -10}, {-3, 30, -10}, {-3, -10, 30}}};
+    const Mesh walls{{{-10, -10, 5}, {30, -10, 5}, {-10, 30, 5}},
+                     {{-3, -10, -10}, {-3, 30, -10}, {-3, -10, 30}}};
     EXPECT_NEAR(alongNormal({flatFace, uprightFace}, walls)[0], 5.0, roundingMm);
     EXPECT_NEAR(alongNormal({uprightFace, flatFace}, walls)[0], 3.0, roundingMm);
     EXPECT_NEAR(closest({flatFace, uprightFace}, walls)[0], 3.0, roundingMm);
@@ -127,7 +129,7 @@ TEST(ThicknessMeasurement, vertexTakesTheNormalOfTheFirstFace)
 TEST(ThicknessMeasurement, vertexOfAFaceWithoutAreaHasNoSampleAlongTheNormal)
 {
     const TriFace flat({0, 0, 0}, {1, 0, 0}, {2, 0, 0});
-    const TestMesh remote{{{-10, -10, 5}, {30, -10, 5}, {-10, 30, 5}}};
+    const Mesh remote{{{-10, -10, 5}, {30, -10, 5}, {-10, 30, 5}}};
     const auto samples = measured({flat, flatFace}, remote, ThicknessDirection::AlongNormal);
     ASSERT_EQ(samples.size(), 1U);
     EXPECT_TRUE(samples[0].vertex.sameCoordinates({0, 1, 0}));
@@ -138,8 +140,8 @@ TEST(ThicknessMeasurement, vertexOfAFaceWithoutAreaHasNoSampleAlongTheNormal)
 // The line through (0, 8) passes the wall, which ends at x + y = 3.
 TEST(ThicknessMeasurement, vertexWithoutHitTakesNoPart)
 {
-    const TestMesh remote{{{-1, -1, 1}, {4, -1, 1}, {-1, 4, 1}}};
-    const TestMesh base{{{0, 8, 0}, {0, 0, 0}, {1, 0, 0}}};
+    const Mesh remote{{{-1, -1, 1}, {4, -1, 1}, {-1, 4, 1}}};
+    const Mesh base{{{0, 8, 0}, {0, 0, 0}, {1, 0, 0}}};
     const auto samples = measured(base, remote, ThicknessDirection::AlongNormal);
     ASSERT_EQ(samples.size(), 2U);
     EXPECT_TRUE(samples[0].vertex.sameCoordinates({0, 0, 0}));
@@ -151,8 +153,8 @@ TEST(ThicknessMeasurement, vertexWithoutHitTakesNoPart)
 TEST(ThicknessMeasurement, samplesStandInTheOrderOfTheFaces)
 {
     // Heights 5 at x = 0, 6 at x = 1 and 4 at y = 1 below the wall z = 5 - y + x.
-    const TestMesh wall{{{-10, -10, 5}, {40, -10, 55}, {-10, 40, -45}}};
-    const TestMesh base{{{0, 1, 0}, {0, 0, 0}, {1, 0, 0}}, {{1, 0, 0}, {1, 1, 0}, {0, 1, 0}}};
+    const Mesh wall{{{-10, -10, 5}, {40, -10, 55}, {-10, 40, -45}}};
+    const Mesh base{{{0, 1, 0}, {0, 0, 0}, {1, 0, 0}}, {{1, 0, 0}, {1, 1, 0}, {0, 1, 0}}};
     EXPECT_THAT(alongNormal(base, wall),
                 ElementsAre(DoubleNear(4.0, roundingMm), DoubleNear(5.0, roundingMm),
                             DoubleNear(6.0, roundingMm), DoubleNear(5.0, roundingMm)));
@@ -160,21 +162,21 @@ TEST(ThicknessMeasurement, samplesStandInTheOrderOfTheFaces)
 
 TEST(ThicknessMeasurement, zeroesOfBothSignsAreOneVertex)
 {
-    const TestMesh remote = flatSheet(1, 1, 1.0);
+    const Mesh remote = flatSheet(1, 1, 1.0);
     EXPECT_EQ(closest({flatFace, {{-0.0, 0, -0.0}, {1, -0.0, 0}, {-0.0, 1, 0}}}, remote).size(), 3U);
 }
 
 // (1, 0, 0, 1) and (2, 0, 0, 2) are the same place; their stored coordinates differ.
 TEST(ThicknessMeasurement, sameVertexInAnotherHomogeneousFormCountsAgain)
 {
-    const TestMesh base{flatFace, {{0, 0, 0}, {2, 0, 0, 2}, {0, 1, 0}}};
+    const Mesh base{flatFace, {{0, 0, 0}, {2, 0, 0, 2}, {0, 1, 0}}};
     EXPECT_EQ(closest(base, flatSheet(1, 1, 1.0)).size(), 4U);
     EXPECT_THAT(alongNormal(base, flatSheet(1, 1, 1.0)), Each(DoubleNear(1.0, roundingMm)));
 }
 
 TEST(ThicknessMeasurement, vertexThatIsNoPlaceHasNoSample)
 {
-    const TestMesh base{{{0, 0, 0}, {1, 0, 0}, {notANumber, 1, 0}}};
+    const Mesh base{{{0, 0, 0}, {1, 0, 0}, {notANumber, 1, 0}}};
     EXPECT_THAT(alongNormal(base, flatSheet(1, 1, 1.0)), ElementsAre()); // the face has no normal
     EXPECT_EQ(closest(base, flatSheet(1, 1, 1.0)).size(), 2U);
 }
@@ -182,13 +184,13 @@ TEST(ThicknessMeasurement, vertexThatIsNoPlaceHasNoSample)
 // 100,000 vertices that equal nothing, themselves neither: looking for each in vain would take for ever.
 TEST(ThicknessMeasurement, manyVerticesThatAreNoPlaceAreLeftOutQuickly)
 {
-    const TestMesh base(33334, TriFace({notANumber, 0, 0}, {notANumber, 0, 0}, {notANumber, 0, 0}));
+    const Mesh base(33334, TriFace({notANumber, 0, 0}, {notANumber, 0, 0}, {notANumber, 0, 0}));
     EXPECT_THAT(closest(base, flatSheet(1, 1, 1.0)), ElementsAre());
 }
 
 TEST(ThicknessMeasurement, nothingToMeasureGivesNothing)
 {
-    const TestMesh sheet = flatSheet(1, 1, 0.0);
+    const Mesh sheet = flatSheet(1, 1, 0.0);
     for (const auto direction : {ThicknessDirection::AlongNormal, ThicknessDirection::Closest}) {
         EXPECT_TRUE(measured({}, sheet, direction).empty());
         EXPECT_TRUE(measured(sheet, {}, direction).empty());
@@ -200,7 +202,7 @@ TEST(ThicknessMeasurement, nothingToMeasureGivesNothing)
 
 TEST(ThicknessMeasurement, stopsWhenTold)
 {
-    const TestMesh mesh = curvedRibbon(20, 20, 0.0, 1);
+    const Mesh mesh = ribbonMesh(20, 20, 0.0, 1);
     const auto always = [] { return true; };
     for (const auto direction : {ThicknessDirection::AlongNormal, ThicknessDirection::Closest}) {
         EXPECT_FALSE(measureThickness(mesh, mesh, direction, always).has_value());
@@ -281,10 +283,10 @@ namespace {
 struct Pair
 {
     std::string name;
-    TestMesh base, remote;
+    Mesh base, remote;
 };
 
-TestMesh soup(int count, double step, unsigned seed)
+Mesh soup(int count, double step, unsigned seed)
 {
     std::mt19937 random(seed);
     std::uniform_real_distribution<double> place(-8.0, 8.0);
@@ -292,17 +294,17 @@ TestMesh soup(int count, double step, unsigned seed)
         return step > 0.0 ? std::round(place(random) / step) * step : place(random);
     };
     const auto point = [&] { return Point(coordinate(), coordinate(), coordinate()); };
-    TestMesh faces;
+    Mesh faces;
     for (int i = 0; i < count; ++i)
         faces.emplace_back(point(), point(), point());
     return faces;
 }
 
-TestMesh slivers(unsigned seed)
+Mesh slivers(unsigned seed)
 {
     std::mt19937 random(seed);
     std::uniform_real_distribution<double> place(-8.0, 8.0), little(-1e-9, 1e-9);
-    TestMesh faces;
+    Mesh faces;
     for (int i = 0; i < 150; ++i) {
         const double x = place(random), y = place(random), z = place(random), t = place(random);
         faces.emplace_back(Point(x, y, z), Point(x + t, y + t, z),
@@ -312,9 +314,9 @@ TestMesh slivers(unsigned seed)
 }
 
 // Faces twice, without area, invalid, far away, infinite, no numbers, in other homogeneous forms.
-TestMesh rubble(unsigned seed)
+Mesh rubble(unsigned seed)
 {
-    TestMesh faces = soup(60, 1.0, seed);
+    Mesh faces = soup(60, 1.0, seed);
     faces = joined(faces, faces);
     const Point a(1, 2, 3), b(2, 2, 3), c(1, 3, 3);
     faces.emplace_back(a, a, a);
@@ -333,7 +335,7 @@ TestMesh rubble(unsigned seed)
 
 std::vector<Pair> awkwardPairs()
 {
-    const TestMesh ribbon = curvedRibbon(12, 15, 0.0, 1), other = curvedRibbon(12, 13, 3.0, 2);
+    const Mesh ribbon = ribbonMesh(12, 15, 0.0, 1), other = ribbonMesh(12, 13, 3.0, 2);
     return {{"ribbons", ribbon, other},
             {"ribbon and itself", ribbon, ribbon},
             {"coarse grid", soup(150, 2.0, 3), soup(150, 2.0, 4)},

@@ -6,8 +6,9 @@
 #include "meshes/SlicedContoursTriangulator.h"
 #include "meshes/TriMeshFragment.h"
 #include "meshes/TriMeshObject.h"
-#include "tests/support/SharedOutput.h"
-#include "tests/support/TestMeshes.h"
+#include "tests/support/CapturedOutput.h"
+#include "tests/support/FlatSheet.h"
+#include "tests/support/RibbonMesh.h"
 
 #include <QAbstractItemModelTester>
 #include <QElapsedTimer>
@@ -28,6 +29,11 @@ using Measurer = TriMeshDistanceMeasurer;
 constexpr double roundingMm = 1e-9;
 const char *const begins = "Measuring distance ...\n";
 const char *const ends = "... finished measuring distance ... now swapping sample buffers.\n";
+
+int count(const CapturedOutput &output, const char *line)
+{
+    return static_cast<int>(output.standardOutput().count(QLatin1String(line)));
+}
 
 void rest(int milliseconds)
 {
@@ -57,8 +63,8 @@ struct Ribbons
 
     explicit Ribbons(int pointsPerSlice)
     {
-        bone->setFaces(curvedRibbon(30, pointsPerSlice, 0.0, 1));
-        surface->setFaces(curvedRibbon(30, pointsPerSlice, 3.0, 2));
+        bone->setFaces(ribbonMesh(30, pointsPerSlice, 0.0, 1));
+        surface->setFaces(ribbonMesh(30, pointsPerSlice, 3.0, 2));
     }
 };
 
@@ -144,7 +150,7 @@ private slots:
 
     void measuresOnceWhenMade()
     {
-        const SharedOutput output;
+        const CapturedOutput output;
         Sheets sheets;
         Measurer measurer(sheets.bone, sheets.surface, "thickness");
         QCOMPARE(measurer.label(), QStringLiteral("thickness"));
@@ -161,7 +167,7 @@ private slots:
         QVERIFY(measurer.hasSample(Measurer::meanKey));
         QVERIFY(measurer.hasSample(Measurer::standardDeviationKey));
         measurer.stopWorking();
-        QCOMPARE(output.all(), QString::fromLatin1(begins) + ends);
+        QCOMPARE(output.standardOutput(), QString::fromLatin1(begins) + ends);
     }
 
     void onlyAMissingLabelIsReplaced()
@@ -295,7 +301,7 @@ private slots:
     {
         QFETCH(bool, hasBase);
         QFETCH(bool, hasRemote);
-        const SharedOutput output;
+        const CapturedOutput output;
         Sheets sheets;
         Measurer measurer(hasBase ? sheets.bone : nullptr, hasRemote ? sheets.surface : nullptr, "thickness");
         waitUntilIdle(measurer);
@@ -304,7 +310,7 @@ private slots:
         waitUntilIdle(measurer);
         QCOMPARE(announcements.count.load(), 1);
         QCOMPARE(sampleCount(measurer), std::size_t(0));
-        QCOMPARE(output.all(), (QString::fromLatin1(begins) + ends).repeated(2));
+        QCOMPARE(output.standardOutput(), (QString::fromLatin1(begins) + ends).repeated(2));
     }
 
     void emptyMeshesHaveNoSummary()
@@ -395,11 +401,11 @@ private slots:
 
     void burstOfEditsDuringARunLeadsToOneMoreRun()
     {
-        const SharedOutput output;
+        const CapturedOutput output;
         Sheets sheets;
         Measurer measurer(sheets.bone, sheets.surface, "thickness");
         waitUntilIdle(measurer);
-        const int before = output.count(ends);
+        const int before = count(output, ends);
         {
             Gate gate(measurer);
             measurer.remeasure();
@@ -413,7 +419,7 @@ private slots:
             gate.open = true;
             waitUntilIdle(measurer);
         }
-        QCOMPARE(output.count(ends) - before, 2);
+        QCOMPARE(count(output, ends) - before, 2);
         QVERIFY(near(measurer.sampleAt({3, 2, 10}), 100.0)); // the last edit
         measurer.stopWorking();
     }
@@ -514,12 +520,12 @@ private slots:
     // The meshes go while they are measured, at another moment each time.
     void sourcesCloseDuringARun()
     {
-        const SharedOutput output;
+        const CapturedOutput output;
         for (int i = 0; i < 40; ++i) {
-            const int begun = output.count(begins);
+            const int begun = count(output, begins);
             auto ribbons = std::make_unique<Ribbons>(40);
             Measurer measurer(ribbons->bone, ribbons->surface, i % 3, "thickness");
-            while (output.count(begins) == begun)
+            while (count(output, begins) == begun)
                 std::this_thread::yield();
             std::this_thread::sleep_for(std::chrono::microseconds(100 * i));
             measurer.detachFrom(&ribbons->bones);
@@ -535,18 +541,18 @@ private slots:
     // A measurement that is left publishes nothing; at least one of the runs is caught in its middle.
     void stoppedRunPublishesNothing()
     {
-        const SharedOutput output;
+        const CapturedOutput output;
         Ribbons ribbons(400);
         int stopped = 0;
         for (int i = 0; i < 50 && stopped == 0; ++i) {
-            const int begun = output.count(begins), ended = output.count(ends);
+            const int begun = count(output, begins), ended = count(output, ends);
             Measurer measurer(ribbons.bone, ribbons.surface, i % 3, "thickness");
             const Announcements announcements(measurer);
-            while (output.count(begins) == begun)
+            while (count(output, begins) == begun)
                 std::this_thread::yield();
             measurer.stopWorking();
             QVERIFY(!measurer.isRunning());
-            const int finished = output.count(ends) - ended;
+            const int finished = count(output, ends) - ended;
             QVERIFY(announcements.count <= finished);
             QCOMPARE(sampleCount(measurer) == 0, finished == 0);
             stopped += finished == 0 ? 1 : 0;
@@ -572,7 +578,7 @@ private slots:
 
     void comesAndGoesAThousandTimesDuringRuns()
     {
-        const SharedOutput output;
+        const CapturedOutput output;
         Sheets sheets;
         Ribbons ribbons(12);
         for (int i = 0; i < 1000; ++i) {
@@ -588,15 +594,15 @@ private slots:
                 base->setFaces(flatSheet(5, 5, 0.25 * i));
             std::this_thread::sleep_for(std::chrono::microseconds(i % 17 * 30));
         }
-        QVERIFY(output.count(begins) >= 200);
-        QVERIFY(output.count(ends) <= output.count(begins));
+        QVERIFY(count(output, begins) >= 200);
+        QVERIFY(count(output, ends) <= count(output, begins));
     }
 
     // The main thread reads and edits without a pause while the worker measures without a pause. All vertices
     // of one reading are of one mesh, at one height.
     void samplesAreWholeWhileMeshesChange()
     {
-        const SharedOutput output;
+        const CapturedOutput output;
         Sheets sheets;
         Measurer measurer(sheets.bone, sheets.surface, "thickness");
         int readings = 0, edits = 0;
@@ -620,7 +626,7 @@ private slots:
         }
         QVERIFY(whole);
         QVERIFY(edits > 1);
-        QVERIFY(output.count(ends) > 10);
+        QVERIFY(count(output, ends) > 10);
         measurer.stopWorking();
     }
 
