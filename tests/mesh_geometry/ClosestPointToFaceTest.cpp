@@ -1,11 +1,11 @@
 #include "meshes/geometry/TriFace.h"
 #include "tests/mesh_geometry/ExactGeometry.h"
+#include "tests/support/TrueDistance.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstddef>
 #include <limits>
 #include <random>
@@ -239,51 +239,11 @@ TEST(ClosestPointToFace, ofWholeTrianglesFollowsTheRulesExactly)
 
 namespace {
 
-using Real = long double;
-
-struct RealPoint
-{
-    Real x = 0, y = 0, z = 0;
-};
-
-RealPoint minus(const Point &a, const Point &b)
-{
-    return {Real(a.x) - b.x, Real(a.y) - b.y, Real(a.z) - b.z};
-}
-
-Real dotOf(const RealPoint &a, const RealPoint &b)
-{
-    return a.x * b.x + a.y * b.y + a.z * b.z;
-}
-
-Real distanceToSegment(const Point &a, const Point &b, const Point &q)
-{
-    const RealPoint e = minus(b, a), v = minus(q, a);
-    const Real t = std::clamp(dotOf(e, v) / dotOf(e, e), Real(0), Real(1));
-    const RealPoint d{v.x - t * e.x, v.y - t * e.y, v.z - t * e.z};
-    return std::sqrt(dotOf(d, d));
-}
-
-// The true distance from the triangle: that from its plane if the foot lies inside (barycentric coordinates),
-// else the smallest from its edges.
-Real trueDistance(const std::array<Point, 3> &p, const Point &q)
-{
-    const RealPoint u = minus(p[1], p[0]), v = minus(p[2], p[0]), w = minus(q, p[0]);
-    const Real uu = dotOf(u, u), uv = dotOf(u, v), vv = dotOf(v, v), wu = dotOf(w, u), wv = dotOf(w, v);
-    const Real area = uu * vv - uv * uv, s = (vv * wu - uv * wv) / area, t = (uu * wv - uv * wu) / area;
-    if (s >= 0 && t >= 0 && s + t <= 1) {
-        const RealPoint d{w.x - s * u.x - t * v.x, w.y - s * u.y - t * v.y, w.z - s * u.z - t * v.z};
-        return std::sqrt(dotOf(d, d));
-    }
-    return std::min({distanceToSegment(p[0], p[1], q), distanceToSegment(p[1], p[2], q),
-                     distanceToSegment(p[2], p[0], q)});
-}
-
 // The index of the obtuse corner, 3 if there is none.
 std::size_t obtuseCorner(const std::array<Point, 3> &p)
 {
     for (std::size_t i = 0; i < 3; ++i) {
-        if (dotOf(minus(p[(i + 1) % 3], p[i]), minus(p[(i + 2) % 3], p[i])) < 0)
+        if (dot(difference(p[(i + 1) % 3], p[i]), difference(p[(i + 2) % 3], p[i])) < 0)
             return i;
     }
     return 3;
