@@ -18,7 +18,7 @@ public:
     explicit VertexArrayScope(const std::vector<Vertex> &vertices)
     {
         glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT);
-        for (const GLenum array : {GL_VERTEX_ARRAY, GL_NORMAL_ARRAY, GL_COLOR_ARRAY})
+        for (const GLenum array : std::array<GLenum, 3>{GL_VERTEX_ARRAY, GL_NORMAL_ARRAY, GL_COLOR_ARRAY})
             glEnableClientState(array);
         const Vertex &first = vertices.front();
         glVertexPointer(3, GL_FLOAT, sizeof(Vertex), first.position.data());

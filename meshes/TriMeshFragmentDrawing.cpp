@@ -27,7 +27,7 @@ void useLitMaterial()
     glMaterialfv(GL_FRONT_AND_BACK, GL_SPECULAR, specular.data());
     glMaterialf(GL_FRONT_AND_BACK, GL_SHININESS, 10.0f);
     glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, GL_TRUE);
-    for (const GLenum capability : {GL_LIGHTING, GL_LIGHT0, GL_NORMALIZE, GL_DEPTH_TEST})
+    for (const GLenum capability : std::array<GLenum, 4>{GL_LIGHTING, GL_LIGHT0, GL_NORMALIZE, GL_DEPTH_TEST})
         glEnable(capability);
 }
 
