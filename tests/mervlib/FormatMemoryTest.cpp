@@ -8,12 +8,11 @@
 #include "Common/Vis.h"
 
 #include "tests/mervlib/FormatTestSupport.h"
+#include "tests/support/MemoryLimit.h"
 
 #include <gmock/gmock.h>
 
 #include <sys/mman.h>
-#include <sys/resource.h>
-#include <unistd.h>
 
 using namespace MERV;
 using testing::HasSubstr;
@@ -23,29 +22,6 @@ namespace {
 
 constexpr rlim_t allowance = 32 * 1024 * 1024;
 
-// Leaves the process this much more address space than it has.
-class MemoryLimit
-{
-public:
-    MemoryLimit()
-    {
-        rlim_t pages = 0;
-        std::ifstream("/proc/self/statm") >> pages;
-        getrlimit(RLIMIT_AS, &before);
-        rlimit limit = before;
-        limit.rlim_cur = pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + allowance;
-        isSet = pages > 0 && setrlimit(RLIMIT_AS, &limit) == 0;
-    }
-    ~MemoryLimit() { setrlimit(RLIMIT_AS, &before); }
-    MemoryLimit(const MemoryLimit &) = delete;
-    MemoryLimit &operator=(const MemoryLimit &) = delete;
-
-    bool isSet = false;
-
-private:
-    rlimit before{};
-};
-
 class LyingHeaders : public testing::Test
 {
 protected:
@@ -54,7 +30,7 @@ protected:
     void expectNull(const Read &read)
     {
         const CapturedOutput output;
-        const MemoryLimit limit;
+        const MemoryLimit limit(allowance);
         ASSERT_TRUE(limit.isSet);
         EXPECT_EQ(ImagePointer(read()), nullptr);
         EXPECT_THAT(output.text(), Not(HasSubstr("Error while initializing!")));
@@ -71,7 +47,7 @@ const std::string endOfFile =
 // The limit must bite, or the tests below prove nothing.
 TEST_F(LyingHeaders, limitRefusesMoreThanItAllows)
 {
-    const MemoryLimit limit;
+    const MemoryLimit limit(allowance);
     ASSERT_TRUE(limit.isSet);
     void *memory = mmap(nullptr, 2 * allowance, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     EXPECT_EQ(memory, MAP_FAILED);
@@ -163,7 +139,7 @@ TEST_F(LyingHeaders, rawBlockOfAFreedBuffer)
     image.setDimensions(1 << 20, 1 << 10, 1, 1, 1);
     image.clearBufferExternal();
     const CapturedOutput output;
-    const MemoryLimit limit;
+    const MemoryLimit limit(allowance);
     std::istringstream stream("abc");
     EXPECT_EQ(image.load(stream, false), 1);
     EXPECT_EQ(image.getData(), nullptr);

@@ -19,6 +19,7 @@
 #include <QWindow>
 
 #include <functional>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -48,7 +49,9 @@ public:
     void expect(const QString &what, std::function<void(Dialog *)> answer)
     {
         steps.push_back({what, [this, what, answer = std::move(answer)](QDialog *dialog) {
-                             if (auto *wanted = dynamic_cast<Dialog *>(dialog))
+                             if constexpr (std::is_same_v<Dialog, QDialog>)
+                                 answer(dialog);
+                             else if (auto *wanted = dynamic_cast<Dialog *>(dialog))
                                  answer(wanted);
                              else
                                  fault(QString("%1 expected, but came %2").arg(what, describe(dialog)),

@@ -38,9 +38,9 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
     static constexpr unsigned long Shift = 0xffe1, Control = 0xffe3, Alt = 0xffe9, Tab = 0xff09,
-                                   Escape = 0xff1b, F11 = 0xffc8, PageUp = 0xff55, PageDown = 0xff56,
-                                   Left = 0xff51, Up = 0xff52, Right = 0xff53, Down = 0xff54,
-                                   ScrollLock = 0xff14;
+                                   Return = 0xff0d, Escape = 0xff1b, F11 = 0xffc8, PageUp = 0xff55,
+                                   PageDown = 0xff56, Left = 0xff51, Up = 0xff52, Right = 0xff53,
+                                   Down = 0xff54, ScrollLock = 0xff14;
 
 private:
     void buttonEvent(unsigned int button, bool down);
