@@ -1,5 +1,6 @@
 #include "shell/MainWindow.h"
 
+#include "meshes/TriMeshObject.h"
 #include "objects/ImageObject.h"
 #include "objects/manager/ImageManager.h"
 #include "objects/manager/ImageRelationsGraph.h"
@@ -133,6 +134,16 @@ MainWindow::Selection MainWindow::selection() const
     if (result.count > 1)
         result.second = manager->image(indexes.at(1));
     return result;
+}
+
+QList<TriMeshObject *> MainWindow::selectedMeshes() const
+{
+    QList<TriMeshObject *> meshes;
+    for (const QModelIndex &index : imageList->selectionModel()->selection().indexes()) {
+        if (auto *mesh = dynamic_cast<TriMeshObject *>(manager->image(index)))
+            meshes.append(mesh);
+    }
+    return meshes;
 }
 
 void MainWindow::exit()

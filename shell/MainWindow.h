@@ -3,6 +3,8 @@
 #include <QMainWindow>
 #include <QModelIndex>
 
+#include <functional>
+
 class EnhancedQTableView;
 class FileDroppableQListView;
 class HelpViewer;
@@ -13,7 +15,9 @@ class MervImageObject;
 class QAction;
 class QMenu;
 class QSplitter;
+class QStackedSliceViewer;
 class QTabWidget;
+class TriMeshObject;
 
 // The root of the user interface: the list of images with its table of properties and the relations graph,
 // and the menus. Every command enters through a slot and works on the selection of the image list as it is at
@@ -96,6 +100,8 @@ private:
     Selection selection() const;
     QModelIndex currentIndex() const;
     ImageObject *currentObject() const;
+    // Of all selected indexes, in the order of the selection.
+    QList<TriMeshObject *> selectedMeshes() const;
 
     // MainWindowMenus.cpp
     void buildMenus();
@@ -114,6 +120,11 @@ private:
 
     // True when an image is loaded; otherwise tells the user that no view can be opened.
     bool canOpenView();
+    // True if it has any; otherwise tells the user that it is empty.
+    bool hasFragments(const TriMeshObject &mesh);
+    // Opens a viewer on the current object, if there is one. If that is a volume, `build` wires a network of
+    // objects around it before the viewer is shown.
+    void runProcedure(const std::function<void(MervImageObject &, QStackedSliceViewer &)> &build);
     // Asks the user when there are no or several series; true to go on.
     bool confirmSeriesCount(int count);
 

@@ -2,6 +2,7 @@
 
 #include "objects/MervImageObject.h"
 #include "objects/manager/ImageManager.h"
+#include "shell/PlainBox.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -19,14 +20,6 @@ QString askForDirectory(const QString &caption)
 {
     return QFileDialog::getExistingDirectory(nullptr, caption, QDir::currentPath(),
                                              QFileDialog::ShowDirsOnly);
-}
-
-// A box whose text may hold paths and names of users: never taken for rich text.
-int showPlainBox(QMessageBox::Icon icon, const QString &title, const QString &text)
-{
-    QMessageBox box(icon, title, text, QMessageBox::Ok);
-    box.setTextFormat(Qt::PlainText);
-    return box.exec();
 }
 
 } // namespace
@@ -69,7 +62,7 @@ bool MainWindow::confirmSeriesCount(int count)
 {
     const QString title = QCoreApplication::applicationName();
     if (count == 0) {
-        showPlainBox(QMessageBox::Warning, title,
+        showPlainBox(nullptr, QMessageBox::Warning, title,
                      tr("No DICOM series could be found at this location in the file system."));
         return false;
     }
@@ -113,6 +106,6 @@ void MainWindow::saveDicomSeries()
     if (manager->saveDicomSeries(image, directory))
         QDir::setCurrent(directory);
     else
-        showPlainBox(QMessageBox::Warning, tr("Save as Dicom series"),
+        showPlainBox(nullptr, QMessageBox::Warning, tr("Save as Dicom series"),
                      tr("The image could not be saved to:\n\n%1").arg(directory));
 }

@@ -6,10 +6,13 @@
 #include "objects/MervImageObject.h"
 #include "objects/SliceSelector.h"
 #include "objects/manager/ImageManager.h"
+#include "shell/CommandDialogs.h"
 
 #include <QCoreApplication>
 #include <QInputDialog>
 
+#include <array>
+#include <limits>
 #include <memory>
 
 void MainWindow::newSlicedContours()
@@ -43,17 +46,30 @@ void MainWindow::extractEdgePoints()
         manager->addImage(new ConventionalSliceEdgePointExtractor(image));
 }
 
-// The commands on meshes and rasters have their entries; what they work on is not part of the program yet.
-void MainWindow::triangulateSlicedContours() {}
+void MainWindow::mirrorImage()
+{
+    auto *image = dynamic_cast<MervImageObject *>(currentObject());
+    if (image == nullptr)
+        return;
+    std::array<bool, 5> mirrorable{};
+    if (const MERV::Image *voxels = image->voxels()) {
+        constexpr std::array<int, 5> dimensions = {0, 1, 2, 3, -1}; // the channels are mirrored as axis 4
+        for (std::size_t axis = 0; axis < mirrorable.size(); ++axis)
+            mirrorable[axis] = voxels->getDimension(dimensions[axis]) > 1;
+    }
+    if (const auto axis = CommandDialogs::askForMirrorAxis(image->label(), mirrorable))
+        image->mirror(*axis);
+}
 
-void MainWindow::alignMesh() {}
-
-void MainWindow::measureThickness() {}
-
-void MainWindow::colorTriangulation() {}
-
-void MainWindow::rasterizeImage() {}
-
-void MainWindow::mirrorImage() {}
-
-void MainWindow::setSelectorPlane() {}
+// A cancelled dialog selects plane 0, on purpose.
+void MainWindow::setSelectorPlane()
+{
+    auto *selector = dynamic_cast<SliceSelector *>(currentObject());
+    if (selector == nullptr)
+        return;
+    constexpr int farthest = std::numeric_limits<int>::max();
+    const int plane =
+        QInputDialog::getInt(this, tr("Slice Selector"), tr("Set selected plane"), 0, -farthest, farthest, 1);
+    selector->setPosition(static_cast<double>(plane));
+    selector->update();
+}

@@ -1,6 +1,8 @@
 #include "shell/MainWindow.h"
 
 #include "contours/SlicedContoursObject.h"
+#include "meshes/TriMeshDistanceMeasurer.h"
+#include "meshes/TriMeshObject.h"
 #include "objects/MervImageObject.h"
 #include "objects/SliceSelector.h"
 #include "shell/help/Help.h"
@@ -12,14 +14,14 @@
 
 namespace {
 
-bool isMesh(const ImageObject *object)
+bool isMesh(ImageObject *object)
 {
-    return object != nullptr && object->imageType() == ImageTypeMesh;
+    return dynamic_cast<TriMeshObject *>(object) != nullptr;
 }
 
-bool isThicknessMeasurement(const ImageObject *object)
+bool isThicknessMeasurement(ImageObject *object)
 {
-    return object != nullptr && object->inherits("TriMeshDistanceMeasurer");
+    return dynamic_cast<TriMeshDistanceMeasurer *>(object) != nullptr;
 }
 
 } // namespace

@@ -4,12 +4,17 @@
 #include "contours/metrics/viewer/SlicedMetricsViewer.h"
 #include "objects/ImageObject.h"
 #include "objects/ImagePropertiesDialog.h"
+#include "objects/MervImageObject.h"
 #include "objects/manager/ImageManager.h"
 #include "objects/manager/ImageRelationsGraph.h"
 #include "serialization/dialogs/FileDroppableQListView.h"
+#include "shell/CenterOfMass.h"
+#include "shell/PlainBox.h"
 #include "view/EnhancedQTableView.h"
 #include "view/QStackedSliceViewer.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QMessageBox>
 
 bool MainWindow::canOpenView()
@@ -56,7 +61,18 @@ void MainWindow::newMetricsView(const QModelIndex &index)
     viewer->show();
 }
 
-void MainWindow::showCenterOfMass() {}
+void MainWindow::showCenterOfMass()
+{
+    const auto *object = dynamic_cast<MervImageObject *>(currentObject());
+    auto *voxels =
+        object != nullptr ? dynamic_cast<MERV::ImageBase<unsigned short> *>(object->voxels()) : nullptr;
+    if (voxels == nullptr)
+        return;
+    QGuiApplication::clipboard()->setText(inPlaneCentersOfMass(*voxels));
+    showPlainBox(this, QMessageBox::Information, tr("Center of Mass of %1").arg(object->label()),
+                 tr("In-plane Centers of Mass of %1 (voxel values minus 100) copied to clipboard.")
+                     .arg(object->label()));
+}
 
 void MainWindow::showImageProperties()
 {

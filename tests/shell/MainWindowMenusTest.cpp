@@ -2,6 +2,8 @@
 
 #include "Common/Image.h"
 #include "contours/SlicedContoursObject.h"
+#include "meshes/TriMeshDistanceMeasurer.h"
+#include "meshes/TriMeshObject.h"
 #include "objects/MervImageObject.h"
 #include "objects/SliceSelector.h"
 #include "objects/manager/ImageManager.h"
@@ -17,20 +19,6 @@
 #include <QMenuBar>
 #include <QSettings>
 #include <QTest>
-
-// Stand-ins for the derived classes that the rules name: the rules look at the type code and the class name.
-class TriMeshObject : public ImageObject
-{
-    Q_OBJECT
-
-public:
-    int imageType() const override { return ImageTypeMesh; }
-};
-
-class TriMeshDistanceMeasurer : public ImageObject
-{
-    Q_OBJECT
-};
 
 namespace {
 
@@ -251,9 +239,11 @@ private slots:
         manager.addImage(new SlicedContoursObject("contours", nullptr));
         manager.addImage(
             new SliceSelector(dynamic_cast<MervImageObject *>(manager.image(0)), SliceDirection::Z, 0));
-        manager.addImage(new TriMeshObject);
-        manager.addImage(new TriMeshObject);
-        manager.addImage(new TriMeshDistanceMeasurer);
+        manager.addImage(new TriMeshObject("mesh", nullptr));
+        manager.addImage(new TriMeshObject("another mesh", nullptr));
+        auto *measurer = new TriMeshDistanceMeasurer(nullptr, nullptr, "thickness");
+        measurer->stopWorking(); // images outlive the window
+        manager.addImage(measurer);
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
         select(window, rows);
