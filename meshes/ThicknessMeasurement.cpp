@@ -2,7 +2,6 @@
 
 #include "meshes/geometry/ClosestPointIndex.h"
 #include "meshes/geometry/NearestHitIndex.h"
-#include "platform/ParallelFor.h"
 
 #include <algorithm>
 #include <bit>
@@ -94,13 +93,17 @@ Line lineAlongNormal(const BaseVertex &vertex)
 struct Stopped
 {};
 
-using Checkpoint = std::function<void()>;
+// How a measurement runs.
+struct Course
+{
+    std::function<void()> checkpoint; // throws to end it
+    int threads = 1;
+};
 
 // The hit of each vertex, in their order. find is given the face of the answer before: neighbours in the
 // order mostly lie near one another.
 template <typename Find>
-std::vector<Point> findHits(const std::vector<BaseVertex> &vertices, const Find &find,
-                            const Checkpoint &checkpoint)
+std::vector<Point> findHits(const std::vector<BaseVertex> &vertices, const Find &find, const Course &course)
 {
     constexpr std::size_t batch = 32; // enough that handing them out costs nothing
     std::vector<Point> hits(vertices.size());
@@ -112,43 +115,43 @@ std::vector<Point> findHits(const std::vector<BaseVertex> &vertices, const Find 
             const std::size_t last = std::min(first + batch, vertices.size());
             FacePoint hit;
             for (std::size_t i = first; i < last; ++i) {
-                checkpoint();
+                course.checkpoint();
                 hit = find(vertices[i], hit.face);
                 hits[i] = hit.point;
             }
         },
-        coreCount() - 1); // one core is left to the main thread, which edits and draws meanwhile
+        course.threads);
     return hits;
 }
 
 std::vector<Point> hitsAlongNormals(const std::vector<BaseVertex> &vertices, std::span<const TriFace> remote,
-                                    const Checkpoint &checkpoint)
+                                    const Course &course)
 {
-    const NearestHitIndex index(remote, checkpoint);
+    const NearestHitIndex index(remote, course.checkpoint);
     const auto find = [&](const BaseVertex &vertex, std::size_t) {
         return index.nearestHit(lineAlongNormal(vertex), vertex.point);
     };
-    return findHits(vertices, find, checkpoint);
+    return findHits(vertices, find, course);
 }
 
 std::vector<Point> closestPoints(const std::vector<BaseVertex> &vertices, std::span<const TriFace> remote,
-                                 const Checkpoint &checkpoint)
+                                 const Course &course)
 {
     const ClosestPointIndex index(remote);
     const auto find = [&](const BaseVertex &vertex, std::size_t hint) {
         return index.closestPoint(vertex.point, hint);
     };
-    return findHits(vertices, find, checkpoint);
+    return findHits(vertices, find, course);
 }
 
 std::vector<ThicknessSample> measure(std::span<const TriFace> base, std::span<const TriFace> remote,
-                                     ThicknessDirection direction, const Checkpoint &checkpoint)
+                                     ThicknessDirection direction, const Course &course)
 {
     const std::vector<BaseVertex> vertices = distinctVertices(base);
-    checkpoint();
+    course.checkpoint();
     const std::vector<Point> hits = direction == ThicknessDirection::AlongNormal
-                                        ? hitsAlongNormals(vertices, remote, checkpoint)
-                                        : closestPoints(vertices, remote, checkpoint);
+                                        ? hitsAlongNormals(vertices, remote, course)
+                                        : closestPoints(vertices, remote, course);
     std::vector<ThicknessSample> samples;
     samples.reserve(vertices.size());
     for (std::size_t i = 0; i < vertices.size(); ++i)
@@ -159,16 +162,16 @@ std::vector<ThicknessSample> measure(std::span<const TriFace> base, std::span<co
 
 } // namespace
 
-std::optional<std::vector<ThicknessSample>> measureThickness(std::span<const TriFace> base,
-                                                             std::span<const TriFace> remote,
-                                                             ThicknessDirection direction,
-                                                             const std::function<bool()> &stopped)
+std::optional<std::vector<ThicknessSample>>
+measureThickness(std::span<const TriFace> base, std::span<const TriFace> remote, ThicknessDirection direction,
+                 const std::function<bool()> &stopped, int threads)
 {
+    const auto checkpoint = [&stopped] {
+        if (stopped())
+            throw Stopped();
+    };
     try {
-        return measure(base, remote, direction, [&stopped] {
-            if (stopped())
-                throw Stopped();
-        });
+        return measure(base, remote, direction, {checkpoint, threads});
     } catch (const Stopped &) {
         return std::nullopt;
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "meshes/geometry/TriFace.h"
+#include "platform/ParallelFor.h"
 
 #include <functional>
 #include <optional>
@@ -25,12 +26,14 @@ struct ThicknessSample
 // The distance to the remote faces from each vertex of the base faces that has one, in the order in which the
 // base faces reach their vertices. Vertices whose four coordinates are equal count once, for the first face
 // that reaches them: its normal is not averaged with others. A vertex without a hit has no sample, as every
-// vertex whose first face has no area and is measured along the normal. Works on several cores, with the same
-// result on any number. stopped is asked often and from several threads; once it says yes there is no result.
+// vertex whose first face has no area and is measured along the normal. Works on at most this many threads,
+// with the same result on any number; one core is left to the main thread, which edits and draws meanwhile.
+// stopped is asked often and from several threads; once it says yes there is no result.
 std::optional<std::vector<ThicknessSample>> measureThickness(std::span<const MERV::BRep::TriFace> base,
                                                              std::span<const MERV::BRep::TriFace> remote,
                                                              ThicknessDirection direction,
-                                                             const std::function<bool()> &stopped);
+                                                             const std::function<bool()> &stopped,
+                                                             int threads = coreCount() - 1);
 
 struct ThicknessSummary
 {

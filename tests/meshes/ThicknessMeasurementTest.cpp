@@ -11,6 +11,7 @@
 #include <cmath>
 #include <limits>
 #include <string>
+#include <tuple>
 
 using MERV::BRep::Point;
 using MERV::BRep::TriFace;
@@ -208,7 +209,7 @@ TEST(ThicknessMeasurement, stopsWhenTold)
         EXPECT_FALSE(measureThickness(mesh, mesh, direction, always).has_value());
         std::atomic<int> asked{0};
         const auto fromTheTenth = [&asked] { return ++asked >= 10; };
-        EXPECT_FALSE(measureThickness(mesh, mesh, direction, fromTheTenth).has_value());
+        EXPECT_FALSE(measureThickness(mesh, mesh, direction, fromTheTenth, 4).has_value());
         EXPECT_LT(asked, 100); // each thread may ask once more, of 400 vertices
     }
 }
@@ -348,17 +349,19 @@ std::vector<Pair> awkwardPairs()
 
 } // namespace
 
-class ThicknessOfAwkwardMeshes : public testing::TestWithParam<ThicknessDirection>
+// In one direction, on a number of threads.
+class ThicknessOfAwkwardMeshes : public testing::TestWithParam<std::tuple<ThicknessDirection, int>>
 {};
 
 TEST_P(ThicknessOfAwkwardMeshes, equalsThePlainWayBitByBit)
 {
+    const auto [direction, threads] = GetParam();
     std::size_t compared = 0;
     const auto bits = [](double value) { return std::bit_cast<std::uint64_t>(value); };
     for (const Pair &pair : awkwardPairs()) {
         SCOPED_TRACE(pair.name);
-        const auto fast = measured(pair.base, pair.remote, GetParam());
-        const PlainThickness plain(pair.base, pair.remote, GetParam() == ThicknessDirection::AlongNormal);
+        const auto fast = measureThickness(pair.base, pair.remote, direction, never, threads).value();
+        const PlainThickness plain(pair.base, pair.remote, direction == ThicknessDirection::AlongNormal);
         ASSERT_EQ(fast.size(), plain.samples.size());
         for (std::size_t i = 0; i < fast.size(); ++i) {
             const auto &[vertex, value] = plain.samples[i];
@@ -376,4 +379,6 @@ TEST_P(ThicknessOfAwkwardMeshes, equalsThePlainWayBitByBit)
 }
 
 INSTANTIATE_TEST_SUITE_P(Both, ThicknessOfAwkwardMeshes,
-                         testing::Values(ThicknessDirection::AlongNormal, ThicknessDirection::Closest));
+                         testing::Combine(testing::Values(ThicknessDirection::AlongNormal,
+                                                          ThicknessDirection::Closest),
+                                          testing::Values(1, 4)));
