@@ -40,12 +40,22 @@ bool isPlain(const TriFace &face)
     return face.isValid() && isPlain(face.vertex(0)) && isPlain(face.vertex(1)) && isPlain(face.vertex(2));
 }
 
-double longestSideOf(const TriFace &face)
+// Of a plain face, in mm.
+struct Shape
 {
-    double longest = 0.0;
-    for (int i = 0; i < 3; ++i)
-        longest = std::max(longest, squaredDistance(face.vertex(i), face.vertex((i + 1) % 3)));
-    return std::sqrt(longest);
+    double longestSide, lowestHeight;
+};
+
+Shape shapeOf(const TriFace &face)
+{
+    const auto corner = [&face](int i) {
+        const Point &p = face.vertex(i);
+        return Triple<double>{p.x, p.y, p.z};
+    };
+    const auto a = corner(1) - corner(0), b = corner(2) - corner(1), c = corner(0) - corner(2);
+    const auto normal = cross(a, b);
+    const double longest = std::max({dot(a, a), dot(b, b), dot(c, c)});
+    return {std::sqrt(longest), std::sqrt(dot(normal, normal) / longest)};
 }
 
 // The centre of the box along the axes, which for the two faces of a rectangle is the same.
@@ -106,7 +116,7 @@ private:
 
     float limitFor(double distance) const;
     void descend();
-    void openBoxes(const Node &node);
+    void openBoxes(std::uint32_t level, std::size_t number);
     void meetTriangles(std::size_t number);
     void collect(const Candidate &candidate);
     void askCollected();
@@ -175,21 +185,21 @@ void ClosestPointIndex::Search::descend()
 {
     waiting[waitingCount++] = {0.0f, static_cast<std::uint32_t>(index.levels.size()), 0};
     while (waitingCount > 0) {
-        const Node node = waiting[--waitingCount];
+        const Node &node = waiting[--waitingCount];
         if (node.distance > limit)
             continue;
         if (node.level == 0)
             meetTriangles(node.number);
         else
-            openBoxes(node);
+            openBoxes(node.level - 1, node.number);
     }
 }
 
-void ClosestPointIndex::Search::openBoxes(const Node &node)
+void ClosestPointIndex::Search::openBoxes(std::uint32_t level, std::size_t number)
 {
-    const Float4 distances = index.levels[node.level - 1][node.number].squaredDistances(at);
+    const Float4 distances = index.levels[level][number].squaredDistances(at);
     for (const RankedLane &lane : fromFarToNear(distances)) {
-        waiting[waitingCount] = {lane.value, node.level - 1, node.number * lanes + lane.lane};
+        waiting[waitingCount] = {lane.value, level, number * lanes + lane.lane};
         waitingCount += lane.value <= limit ? 1 : 0;
     }
 }
@@ -277,15 +287,6 @@ void ClosestPointIndex::measureExtent()
     largest = std::max({-low.x, -low.y, -low.z, high.x, high.y, high.z});
 }
 
-bool ClosestPointIndex::isSound(const TriFace &face) const
-{
-    if (scale == 0.0 || !isPlain(face))
-        return false;
-    const double normal = distance(face.normal(), Point(0.0, 0.0, 0.0));
-    const double height = normal / longestSideOf(face) * scale, far = largest * scale;
-    return height >= lowestHeight && height >= lowestHeightByCoordinates * far * far;
-}
-
 bool ClosestPointIndex::isInReach(const Point &query) const
 {
     const double x = (query.x - center.x) * scale, y = (query.y - center.y) * scale,
@@ -296,14 +297,18 @@ bool ClosestPointIndex::isInReach(const Point &query) const
 // Leaves out faces that never have an answer.
 std::vector<PlacedFace> ClosestPointIndex::sortOut()
 {
+    const double far = largest * scale;
+    const double lowest = std::max(lowestHeight, lowestHeightByCoordinates * far * far);
     std::vector<PlacedFace> sound;
     sound.reserve(faces.size());
     for (std::size_t i = 0; i < faces.size(); ++i) {
+        const TriFace &face = faces[i];
         const auto number = static_cast<std::uint32_t>(i);
-        if (isSound(faces[i])) {
-            sound.push_back({middleOf(localCorners(faces[i])), number});
-            longestSide = std::max(longestSide, longestSideOf(faces[i]) * scale);
-        } else if (faces[i].plane().isValid()) {
+        const Shape shape = isPlain(face) ? shapeOf(face) : Shape{};
+        if (shape.lowestHeight * scale >= lowest) {
+            sound.push_back({middleOf(localCorners(face)), number});
+            longestSide = std::max(longestSide, shape.longestSide * scale);
+        } else if (face.plane().isValid()) {
             unsound.push_back(number);
         }
     }

@@ -45,7 +45,6 @@ private:
     Vector local(const Point &point) const;
     std::array<Vector, 3> localCorners(const TriFace &face) const;
     bool isInReach(const Point &query) const;
-    bool isSound(const TriFace &face) const;
 
     std::span<const TriFace> faces;
     std::vector<std::uint32_t> unsound;   // the faces to ask each time, in rising order

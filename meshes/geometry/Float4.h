@@ -39,23 +39,22 @@ struct RankedLane
 // branches, which could not be foreseen.
 inline std::array<RankedLane, lanes> fromFarToNear(Float4 values)
 {
-    std::array<std::uint32_t, lanes> keys{};
-    for (std::uint32_t lane = 0; lane < lanes; ++lane)
-        keys[lane] = (std::bit_cast<std::uint32_t>(static_cast<float>(values[lane])) & ~3u) | lane;
-    const auto order = [&keys](std::size_t a, std::size_t b) {
-        const auto [low, high] = std::minmax({keys[a], keys[b]});
-        keys[a] = high;
-        keys[b] = low;
+    const auto key = [&values](std::uint32_t lane) {
+        return (std::bit_cast<std::uint32_t>(static_cast<float>(values[lane])) & ~3u) | lane;
     };
-    order(0, 1);
-    order(2, 3);
-    order(0, 2);
-    order(1, 3);
-    order(1, 2);
-    std::array<RankedLane, lanes> result;
-    for (std::size_t i = 0; i < lanes; ++i)
-        result[i] = {std::bit_cast<float>(keys[i] & ~3u), keys[i] & 3u};
-    return result;
+    const auto order = [](std::uint32_t &far, std::uint32_t &near) {
+        const std::uint32_t low = far < near ? far : near;
+        far = far < near ? near : far;
+        near = low;
+    };
+    std::uint32_t a = key(0), b = key(1), c = key(2), d = key(3);
+    order(a, b);
+    order(c, d);
+    order(a, c);
+    order(b, d);
+    order(b, c);
+    const auto ranked = [](std::uint32_t k) { return RankedLane{std::bit_cast<float>(k & ~3u), k & 3u}; };
+    return {ranked(a), ranked(b), ranked(c), ranked(d)};
 }
 
 // Three coordinates: of one vector (T is float) or of four of them side by side (Float4).

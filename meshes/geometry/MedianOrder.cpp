@@ -1,6 +1,7 @@
 #include "meshes/geometry/MedianOrder.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 
 namespace MERV::BRep {
@@ -18,16 +19,17 @@ std::size_t groupBelow(std::size_t size)
 
 float Vector::*widestAxis(std::span<const PlacedFace> faces)
 {
-    Vector low = faces.front().place, high = low;
-    for (const PlacedFace &face : faces)
-        for (float Vector::*axis : {&Vector::x, &Vector::y, &Vector::z}) {
-            low.*axis = std::min(low.*axis, face.place.*axis);
-            high.*axis = std::max(high.*axis, face.place.*axis);
-        }
-    const Vector width = high - low;
-    if (width.x >= width.y && width.x >= width.z)
+    // The fourth lane, of the face numbers, is of no interest.
+    Float4 low = std::bit_cast<Float4>(faces.front()), high = low;
+    for (const PlacedFace &face : faces) {
+        const Float4 place = std::bit_cast<Float4>(face);
+        low = smaller(place, low);
+        high = larger(place, high);
+    }
+    const Float4 width = high - low;
+    if (width[0] >= width[1] && width[0] >= width[2])
         return &Vector::x;
-    return width.y >= width.z ? &Vector::y : &Vector::z;
+    return width[1] >= width[2] ? &Vector::y : &Vector::z;
 }
 
 } // namespace

@@ -378,6 +378,24 @@ TEST(ClosestPointIndex, answersAsTheScanOnNumbersThatAreNotFinite)
     }
 }
 
+// Above the middle of face 0, a triangle of three corners 8e76 away, the foot has w = n * n, 6.75 * 8e76^4,
+// which overflows, while each side, a third of it, does not: the answer is valid with a distance that is not
+// a number. As the first valid answer it stays, otherwise it is never taken.
+TEST(ClosestPointIndex, keepsTheFirstAnswerWhoseDistanceIsNotANumber)
+{
+    const double radius = 8e76, half = 0.5 * radius, side = 0.5 * std::numbers::sqrt3 * radius;
+    const TriFace wide(Point(radius, 0, 0), Point(-half, side, 0), Point(-half, -side, 0));
+    const TriFace narrow(Point(0, 0, 9), Point(4, 0, 9), Point(0, 4, 9));
+    const Point query(1, 1, 1);
+    ASSERT_TRUE(wide.closestPointTo(query).valid);
+    ASSERT_TRUE(std::isnan(distance(wide.closestPointTo(query), query)));
+    for (const bool wideFirst : {true, false}) {
+        const Faces faces = wideFirst ? Faces{wide, narrow} : Faces{narrow, wide};
+        EXPECT_EQ(ClosestPointIndex(faces).closestPoint(query).face, 0u);
+        expectScanAnswers(faces, {query});
+    }
+}
+
 TEST(ClosestPointIndex, answersSeveralThreadsAtOnce)
 {
     const Faces faces = ribbonMesh(10, 20, 0.0, 1);
