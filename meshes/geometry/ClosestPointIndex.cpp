@@ -96,8 +96,6 @@ public:
     void ask(std::size_t face);
     void searchTree();
 
-    // Comparisons with distances that are no numbers depend on the order of all faces.
-    bool isDecided() const { return decided; }
     const FacePoint &answer() const { return best; }
 
 private:
@@ -132,7 +130,6 @@ private:
     float limit = noLimit;    // no face farther away than this is looked at
     float askLimit = noLimit; // no face farther away than this can have the answer
     bool presuming = true;
-    bool decided = true;
     double bestDistance = 0.0;
     FacePoint best;
     std::array<Node, mostNodes> waiting; // the nearest one last
@@ -158,8 +155,7 @@ void ClosestPointIndex::Search::ask(std::size_t face)
     const Point candidate = index.faces[face].closestPointTo(query);
     if (!candidate.valid)
         return;
-    const double d = distance(candidate, query);
-    decided = decided && !std::isnan(d);
+    const double d = distance(candidate, query); // a number, if infinite: both are finite, w is not 0
     if (best.point.valid && (d > bestDistance || (d == bestDistance && face >= best.face)))
         return;
     best = {candidate, face};
@@ -261,7 +257,7 @@ FacePoint ClosestPointIndex::closestPoint(const Point &query, std::size_t hint) 
     for (const std::uint32_t face : unsound)
         search.ask(face);
     search.searchTree();
-    return search.isDecided() ? search.answer() : closestPointByScan(faces, query);
+    return search.answer();
 }
 
 // The box around all faces that may be sound.

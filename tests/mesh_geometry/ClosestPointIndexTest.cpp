@@ -244,18 +244,18 @@ TEST(ClosestPointIndex, takesTheFirstOfEqualFaces)
 
 TEST(ClosestPointIndex, answersAsTheScanOnRibbons)
 {
-    expectScanAnswersAround(ribbonMesh(20, 41, 0.0, 1), 15000);
-    expectScanAnswersAround(ribbonMesh(4, 400, 0.0, 2), 7000);
-    expectScanAnswersAround(together(ribbonMesh(8, 60, 0.0, 3), ribbonMesh(8, 60, 0.01, 4)), 7000);
+    expectScanAnswersAround(ribbonMesh(12, 41, 0.0, 1), 15000);
+    expectScanAnswersAround(ribbonMesh(4, 150, 0.0, 2), 7000);
+    expectScanAnswersAround(together(ribbonMesh(8, 30, 0.0, 3), ribbonMesh(8, 30, 0.01, 4)), 7000);
 }
 
 TEST(ClosestPointIndex, answersAsTheScanForVerticesOfAParallelRibbon)
 {
     Queries queries;
-    for (const TriFace &face : ribbonMesh(20, 41, 3.0, 5))
+    for (const TriFace &face : ribbonMesh(12, 41, 3.0, 5))
         for (int i = 0; i < 3; ++i)
             queries.push_back(face.vertex(i));
-    expectScanAnswers(ribbonMesh(20, 41, 0.0, 1), queries);
+    expectScanAnswers(ribbonMesh(12, 41, 0.0, 1), queries);
 }
 
 TEST(ClosestPointIndex, answersAsTheScanWhereManyFacesAreEquallyNear)
@@ -378,22 +378,18 @@ TEST(ClosestPointIndex, answersAsTheScanOnNumbersThatAreNotFinite)
     }
 }
 
-// Above the middle of face 0, a triangle of three corners 8e76 away, the foot has w = n * n, 6.75 * 8e76^4,
-// which overflows, while each side, a third of it, does not: the answer is valid with a distance that is not
-// a number. As the first valid answer it stays, otherwise it is never taken.
-TEST(ClosestPointIndex, keepsTheFirstAnswerWhoseDistanceIsNotANumber)
+// Above the middle of the wide triangle, whose corners are 8e76 away, the foot has w = n * n, 6.75 * 8e76^4,
+// which overflows: there is no answer, though the triangle is the nearest one.
+TEST(ClosestPointIndex, passesOverFacesWhoseFootOverflows)
 {
     const double radius = 8e76, half = 0.5 * radius, side = 0.5 * std::numbers::sqrt3 * radius;
     const TriFace wide(Point(radius, 0, 0), Point(-half, side, 0), Point(-half, -side, 0));
     const TriFace narrow(Point(0, 0, 9), Point(4, 0, 9), Point(0, 4, 9));
-    const Point query(1, 1, 1);
-    ASSERT_TRUE(wide.closestPointTo(query).valid);
-    ASSERT_TRUE(std::isnan(distance(wide.closestPointTo(query), query)));
-    for (const bool wideFirst : {true, false}) {
-        const Faces faces = wideFirst ? Faces{wide, narrow} : Faces{narrow, wide};
-        EXPECT_EQ(ClosestPointIndex(faces).closestPoint(query).face, 0u);
-        expectScanAnswers(faces, {query});
-    }
+    const Point query(1, 1, 0.5);
+    const Faces faces{wide, narrow, wide};
+    EXPECT_EQ(ClosestPointIndex(faces).closestPoint(query).face, 1u);
+    EXPECT_EQ(ClosestPointIndex(faces).closestPoint(query, 0).face, 1u);
+    expectScanAnswers(faces, {query});
 }
 
 TEST(ClosestPointIndex, answersSeveralThreadsAtOnce)
