@@ -3,10 +3,10 @@
 #include "meshes/TriMeshDrawing.h"
 #include "meshes/geometry/ClosestPoint.h"
 
-#include <utility>
-
+// The label is copied with the faces, under the lock, and not by the base class.
+// NOLINTNEXTLINE(bugprone-copy-constructor-init): see above
 TriMeshFragment::TriMeshFragment(const TriMeshFragment &source)
-    : LabeledGraphicsObject()
+    : LabeledGraphicsObject() // NOLINT(readability-redundant-member-init): the compiler asks for it
     , TriFragment()
     , ReadWriteLock()
 {
