@@ -173,7 +173,7 @@ void boundPlanes(LineGroup &group, std::size_t lane, std::span<const EdgeLine> e
 
 std::vector<EdgeLine> arrangedEdges(std::vector<EdgeLine> edges)
 {
-    constexpr double weight = 0.7; // of a direction beside a place: at about this distance lines are met
+    constexpr double weight = 0.5; // of a direction beside a place: at about this distance lines are met
     std::vector<Placed<6>> order;
     order.reserve(edges.size());
     for (const EdgeLine &edge : edges) {

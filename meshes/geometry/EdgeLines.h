@@ -12,13 +12,15 @@
 namespace MERV::BRep {
 
 // Four groups of edges, taken as infinite lines: bounds of their directions and of their moments about the
-// group's centre, and of the planes of their faces.
+// group's centre, and of the planes of their faces. In lanes that are not filled, lines that nothing meets.
 struct LineGroup
 {
+    static constexpr float inverted = -0x1p60f;
     Vector4 centre{};
-    Vector4 direction{}, directionSpread{}, momentSpread{}; // directions have length 1 and a fixed sign
-    Vector4 normal{}, normalSpread{};                       // of length 1, of either sign
-    Float4 offsetSpread{};                                  // of the planes from the centre
+    Vector4 direction{}, directionSpread{}; // of length 1, of a fixed sign
+    Vector4 momentSpread{inAllLanes(inverted), inAllLanes(inverted), inAllLanes(inverted)};
+    Vector4 normal{}, normalSpread{}; // of length 1, of either sign
+    Float4 offsetSpread{};            // of the planes from the centre
 
     // Whether the line may meet one of the edges' lines where it also comes to the plane of the edge's face
     // within its reach.
@@ -29,8 +31,6 @@ struct LineGroup
         const Float4 sideSpread =
             dot(directionSpread, magnitude(moment)) + dot(momentSpread, line.absDirection) + line.tolerance;
         const Mask4 met = ~(side > sideSpread);
-        if (!anyLane(met))
-            return met;
         const Vector4 toStart = line.start - centre;
         const Float4 height = magnitude(dot(normal, toStart)) - dot(normalSpread, magnitude(toStart)) -
                               offsetSpread - line.planeTolerance;

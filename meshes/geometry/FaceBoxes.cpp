@@ -40,7 +40,6 @@ FaceBoxes::FaceBoxes(std::span<const TriFace> faces, std::span<const std::uint32
         boxes.push_back(boundsOf(faces[each.item], frame));
 
     const auto fillLeaf = [&](FaceLeaf &leaf, std::size_t first, std::size_t count) {
-        leaf.count = static_cast<std::uint32_t>(count);
         for (std::size_t lane = 0; lane < count; ++lane) {
             leaf.faces[lane] = order[first + lane].item;
             set(leaf, lane, boxes[first + lane]);

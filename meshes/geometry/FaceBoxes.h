@@ -10,10 +10,11 @@
 
 namespace MERV::BRep {
 
-// Four boxes along the axes of a search frame.
+// Four boxes along the axes of a search frame; in lanes that are not filled, boxes that nothing meets.
 struct BoxGroup
 {
-    Vector4 centre{}, half{};
+    static constexpr float inverted = -0x1p60f;
+    Vector4 centre{}, half{inAllLanes(inverted), inAllLanes(inverted), inAllLanes(inverted)};
 
     // Whether the line may pass the box within its reach: the line is outside when it passes beyond the box
     // as seen along one of the axes.
@@ -34,13 +35,11 @@ struct BoxGroup
 struct FaceLeaf : BoxGroup
 {
     std::array<std::uint32_t, lanes> faces{};
-    std::uint32_t count = 0;
 
     template <class Consider>
     void consider(std::size_t lane, const Consider &face) const
     {
-        if (lane < count)
-            face(faces[lane]);
+        face(faces[lane]);
     }
 };
 

@@ -14,9 +14,23 @@ using Float4 = float __attribute__((vector_size(16)));
 
 inline constexpr std::size_t lanes = 4;
 
+// The answer of a comparison: all bits are set in the lanes where it holds.
+using Mask4 = std::int32_t __attribute__((vector_size(16)));
+
+inline bool anyLane(Mask4 mask)
+{
+    const auto halves = std::bit_cast<std::array<std::uint64_t, 2>>(mask);
+    return (halves[0] | halves[1]) != 0;
+}
+
 inline Float4 magnitude(Float4 a)
 {
-    return a < 0.0f ? -a : a;
+    return std::bit_cast<Float4>(std::bit_cast<Mask4>(a) & 0x7fffffff);
+}
+
+inline Float4 inAllLanes(float value)
+{
+    return Float4{value, value, value, value};
 }
 
 inline Float4 smaller(Float4 a, Float4 b)

@@ -12,15 +12,6 @@
 
 namespace MERV::BRep {
 
-// The answer of a comparison: all bits are set in the lanes where it holds.
-using Mask4 = std::int32_t __attribute__((vector_size(16)));
-
-inline bool anyLane(Mask4 mask)
-{
-    const auto halves = std::bit_cast<std::array<std::uint64_t, 2>>(mask);
-    return (halves[0] | halves[1]) != 0;
-}
-
 // What the tree's order is made from: a place in a space of K dimensions, and what lies there.
 template <std::size_t K>
 struct Placed
@@ -57,8 +48,8 @@ void arrangeByPlace(std::span<Placed<K>> items)
 }
 
 // A tree without links: each leaf holds four items, each node bounds four leaves or nodes of the level below,
-// in the order of arrangeByPlace(). Both answer mayMatter(query), by lane; a leaf hands the items of a lane
-// to consider(lane, query, consider).
+// in the order of arrangeByPlace(). Both answer mayMatter(query) by lane, for nodes never yes in a lane that
+// was not filled; a leaf hands the items of a lane to consider(lane, consider).
 template <class Leaf, class Node>
 class LaneTree
 {
@@ -81,13 +72,13 @@ public:
         }
     }
 
+    // consider may change the query, if only to narrow what matters.
     template <class Query, class Consider>
     void visit(Query &query, const Consider &consider) const
     {
-        if (levels.empty())
-            visitLeaves(0, leaves.size(), query, consider);
-        else
-            visitNodes(levels.size() - 1, 0, levels.back().size(), query, consider);
+        constexpr std::array<std::uint32_t, lanes> roots{0, 1, 2, 3};
+        const std::size_t count = levels.empty() ? leaves.size() : levels.back().size();
+        visit(levels.size(), std::span(roots).first(count), query, consider);
     }
 
     std::size_t bytes() const
@@ -102,36 +93,42 @@ private:
     std::vector<Leaf> leaves;
     std::vector<std::vector<Node>> levels; // the first one is above the leaves
 
+    // Nodes are asked some at a time, without a branch on the answer: neither a wrong guess of the processor
+    // nor its wait for memory then holds up the next ones.
+    static constexpr std::size_t atATime = 16;
+
+    // Those with these numbers, of the leaves (height 0) or of the nodes above them.
     template <class Query, class Consider>
-    void visitNodes(std::size_t level, std::size_t first, std::size_t last, Query &query,
-                    const Consider &consider) const
+    void visit(std::size_t height, std::span<const std::uint32_t> some, Query &query,
+               const Consider &consider) const
     {
-        const std::size_t below = level == 0 ? leaves.size() : levels[level - 1].size();
-        for (std::size_t i = first; i < last; ++i) {
-            const Mask4 mask = levels[level][i].mayMatter(query);
-            if (!anyLane(mask))
-                continue;
-            for (std::size_t lane = 0; lane < lanes; ++lane) {
-                const std::size_t child = i * lanes + lane;
-                if (mask[lane] == 0 || child >= below)
-                    continue;
-                if (level == 0)
-                    visitLeaves(child, child + 1, query, consider);
-                else
-                    visitNodes(level - 1, child, child + 1, query, consider);
+        if (height == 0)
+            return visitLeaves(some, query, consider);
+        std::array<std::uint32_t, atATime * lanes> children;
+        std::size_t count = 0;
+        for (const std::uint32_t i : some) {
+            const Mask4 matters = levels[height - 1][i].mayMatter(query);
+            const auto [low, high] = std::bit_cast<std::array<std::uint64_t, 2>>(matters);
+            std::uint32_t child = i * static_cast<std::uint32_t>(lanes);
+            for (const std::uint64_t bit : {low & 1, low >> 63, high & 1, high >> 63}) {
+                children[count] = child++; // overwritten by the next one if it does not matter
+                count += bit;
             }
         }
+        for (std::size_t first = 0; first < count; first += atATime)
+            visit(height - 1, std::span(children).subspan(first, std::min(atATime, count - first)), query,
+                  consider);
     }
 
     template <class Query, class Consider>
-    void visitLeaves(std::size_t first, std::size_t last, Query &query, const Consider &consider) const
+    void visitLeaves(std::span<const std::uint32_t> some, Query &query, const Consider &consider) const
     {
-        for (std::size_t i = first; i < last; ++i) {
-            const Mask4 mask = leaves[i].mayMatter(query);
-            if (!anyLane(mask))
+        for (const std::uint32_t i : some) {
+            const Mask4 matters = leaves[i].mayMatter(query);
+            if (!anyLane(matters))
                 continue;
             for (std::size_t lane = 0; lane < lanes; ++lane) {
-                if (mask[lane] != 0)
+                if (matters[lane] != 0)
                     leaves[i].consider(lane, consider);
             }
         }

@@ -12,8 +12,7 @@ constexpr double farthest = 0x1p7; // units
 
 Float4 inAllLanes(double value)
 {
-    const auto rounded = static_cast<float>(value);
-    return Float4{rounded, rounded, rounded, rounded};
+    return BRep::inAllLanes(static_cast<float>(value));
 }
 
 Vector4 inAllLanes(const Triple<double> &v)
