@@ -852,8 +852,6 @@ private slots:
         const int before = threadCount();
         QVERIFY_THROWS_EXCEPTION(
             std::bad_alloc, BitPlaneRasterizerObject(&contours, 2147483647, 2147483647, 2147483647, 1, 1, 1));
-        QVERIFY_THROWS_EXCEPTION(std::bad_alloc,
-                                 BitPlaneRasterizerObject(&contours, 1 << 20, 1 << 20, 1 << 10, 1, 1, 1));
         QCOMPARE(threadCount(), before);
     }
 
@@ -865,7 +863,10 @@ private slots:
 #endif
         constexpr rlim_t megabyte = 1 << 20;
         SlicedContoursObject contours;
+        BitPlaneRasterizerObject(&contours, 4, 4, 4, 1, 1, 1); // starts what OpenGL keeps
         const int before = threadCount();
+        QVERIFY_THROWS_EXCEPTION(std::bad_alloc,
+                                 BitPlaneRasterizerObject(&contours, 1 << 20, 1 << 20, 1 << 10, 1, 1, 1));
         {
             const MemoryLimit limit(1024 * megabyte);
             QVERIFY_THROWS_EXCEPTION(std::bad_alloc,
@@ -877,8 +878,6 @@ private slots:
                                      BitPlaneRasterizerObject(&contours, 2048, 2048, 128, 1, 1, 1));
         }
         QCOMPARE(threadCount(), before);
-        BitPlaneRasterizerObject(&contours, 4, 4, 4, 1, 1, 1);
-        QTRY_COMPARE(threadCount(), before);
     }
 };
 
