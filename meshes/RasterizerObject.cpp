@@ -14,10 +14,25 @@
 namespace {
 
 constexpr std::size_t channels = 4; // of the canvas
+constexpr std::size_t copies = 3;   // of a voxel: in the image, in the slices and in their pictures
+
+std::size_t area(int width, int height)
+{
+    return static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+}
+
+// Throws std::bad_alloc for a raster beyond all memory. Piece after piece the system may grant what it does
+// not have, and end the program when that is used; all of it at once it refuses.
+void demandMemory(int width, int height, int depth)
+{
+    void *volatile memory = ::operator new(copies *area(width, height) * static_cast<std::size_t>(depth));
+    ::operator delete(memory);
+}
 
 // An empty image for the raster. Owned by the caller.
 MERV::Image *newRaster(int width, int height, int depth, const std::array<float, 3> &voxelSize)
 {
+    demandMemory(width, height, depth);
     try {
         auto raster = std::make_unique<MERV::ImageBase<unsigned char>>();
         raster->setDimensions(width, height, depth, 1, 1);
@@ -27,11 +42,6 @@ MERV::Image *newRaster(int width, int height, int depth, const std::array<float,
     } catch (const MERV::Exception &) {
         throw std::bad_alloc();
     }
-}
-
-std::size_t area(int width, int height)
-{
-    return static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
 }
 
 } // namespace
