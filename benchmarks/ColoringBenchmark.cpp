@@ -131,9 +131,10 @@ void oneVertexArray(benchmark::State &state)
         vertices.push_back(triangles.vertices[index]);
     constexpr GLsizei stride = sizeof(ColouredTriangles::Vertex);
     const GlAttributeScope attributes(GL_ALL_ATTRIB_BITS);
-    for (const GLenum array : {GL_VERTEX_ARRAY, GL_NORMAL_ARRAY, GL_COLOR_ARRAY})
+    for (const GLenum array : std::initializer_list<GLenum>{GL_VERTEX_ARRAY, GL_NORMAL_ARRAY, GL_COLOR_ARRAY})
         glEnableClientState(array);
-    for (const GLenum capability : {GL_LIGHTING, GL_LIGHT0, GL_NORMALIZE, GL_DEPTH_TEST, GL_COLOR_MATERIAL})
+    for (const GLenum capability : std::initializer_list<GLenum>{GL_LIGHTING, GL_LIGHT0, GL_NORMALIZE,
+                                                                 GL_DEPTH_TEST, GL_COLOR_MATERIAL})
         glEnable(capability);
     glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, GL_TRUE);
     glVertexPointer(3, GL_FLOAT, stride, vertices.front().position.data());
@@ -144,7 +145,7 @@ void oneVertexArray(benchmark::State &state)
         glDrawArrays(GL_TRIANGLES, 0, static_cast<GLsizei>(vertices.size()));
         glFinish();
     }
-    for (const GLenum array : {GL_VERTEX_ARRAY, GL_NORMAL_ARRAY, GL_COLOR_ARRAY})
+    for (const GLenum array : std::initializer_list<GLenum>{GL_VERTEX_ARRAY, GL_NORMAL_ARRAY, GL_COLOR_ARRAY})
         glDisableClientState(array);
 }
 BENCHMARK(oneVertexArray)->Unit(benchmark::kMillisecond);

@@ -187,8 +187,9 @@ std::vector<double> openGlState()
         glGetDoublev(static_cast<GLenum>(name), values.data());
         state.insert(state.end(), values.begin(), values.end());
     }
-    for (const GLenum face : {GL_FRONT, GL_BACK})
-        for (const GLenum name : {GL_AMBIENT, GL_DIFFUSE, GL_SPECULAR, GL_EMISSION, GL_SHININESS}) {
+    for (const GLenum face : std::initializer_list<GLenum>{GL_FRONT, GL_BACK})
+        for (const GLenum name :
+             std::initializer_list<GLenum>{GL_AMBIENT, GL_DIFFUSE, GL_SPECULAR, GL_EMISSION, GL_SHININESS}) {
             std::array<GLfloat, 4> values{};
             glGetMaterialfv(face, name, values.data());
             state.insert(state.end(), values.begin(), values.end());
@@ -202,7 +203,7 @@ std::vector<double> openGlState()
 // Everything that drawing sets, the other way round.
 void upsetState()
 {
-    for (const GLenum name : {GL_POLYGON_STIPPLE, GL_TEXTURE_2D})
+    for (const GLenum name : std::initializer_list<GLenum>{GL_POLYGON_STIPPLE, GL_TEXTURE_2D})
         glEnable(name);
     glFrontFace(GL_CW);
     glShadeModel(GL_FLAT);

@@ -167,7 +167,8 @@ inline void draw(const TriMeshFragment &fragment, const SparselySampledImageObje
     glMaterialfv(GL_FRONT_AND_BACK, GL_SPECULAR, specular);
     glMaterialf(GL_FRONT_AND_BACK, GL_SHININESS, 2.0f);
     glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, GL_TRUE);
-    for (const GLenum state : {GL_LIGHTING, GL_LIGHT0, GL_NORMALIZE, GL_DEPTH_TEST})
+    for (const GLenum state :
+         std::initializer_list<GLenum>{GL_LIGHTING, GL_LIGHT0, GL_NORMALIZE, GL_DEPTH_TEST})
         glEnable(state);
     double M = 0.0;
     for (const auto &[position, value] : *samples.samples()) {
@@ -176,7 +177,8 @@ inline void draw(const TriMeshFragment &fragment, const SparselySampledImageObje
     }
     for (const MERV::BRep::TriFace &face : snapshot.all())
         drawFace(face, samples, M);
-    for (const GLenum state : {GL_LIGHTING, GL_LIGHT0, GL_NORMALIZE, GL_DEPTH_TEST})
+    for (const GLenum state :
+         std::initializer_list<GLenum>{GL_LIGHTING, GL_LIGHT0, GL_NORMALIZE, GL_DEPTH_TEST})
         glDisable(state);
 }
 
