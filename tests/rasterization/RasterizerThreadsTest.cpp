@@ -5,15 +5,18 @@
 #include "tests/support/DrawnContours.h"
 #include "tests/support/GlCanvas.h"
 #include "tests/support/RasterRun.h"
+#include "tests/support/RasterSources.h"
 #include "tests/support/TestVolume.h"
 
 #include <QDeadlineTimer>
 #include <QTest>
 
+#include <algorithm>
 #include <atomic>
 #include <limits>
 #include <memory>
 #include <random>
+#include <set>
 
 // A worker draws what the main thread edits, closes or deletes. TEVORA_RASTER_ROUNDS repeats the cases that
 // make contexts more often than in a normal run.
@@ -194,6 +197,32 @@ private slots:
                 expected[x + 32 * y + 32 * 32 * 2] = 127;
         QCOMPARE(rasterBytes(first), expected);
         QCOMPARE(rasterBytes(second), expected);
+    }
+
+    // Each run fills the whole raster with another code. Whenever one looks, it is of a single code.
+    void rasterIsPublishedAsAWhole()
+    {
+        std::atomic<int> run{0};
+        ScriptedSource source([&](float zMin) {
+            run += zMin == 0.0f ? 1 : 0;
+            const auto code = static_cast<GLubyte>(run % 256);
+            glColor4ub(code, code, code, code);
+            ScriptedSource::fill(0, 0, 256, 256);
+        });
+        BitPlaneRasterizerObject raster(&source, 256, 256, 64, 1, 1, 1);
+        std::vector<unsigned char> bytes(256 * 256 * 64);
+        std::set<unsigned char> seen;
+        while (run < 30) {
+            raster.invalidateRasterization();
+            {
+                const auto lock = raster.lockVoxels();
+                const auto *first = static_cast<const unsigned char *>(raster.voxels()->getFrameData(0));
+                std::copy_n(first, bytes.size(), bytes.begin());
+            }
+            seen.insert(bytes.front());
+            QCOMPARE(std::count(bytes.begin(), bytes.end(), bytes.front()), std::ptrdiff_t(bytes.size()));
+        }
+        QVERIFY(seen.size() > 2);
     }
 
     // Codes change while the worker asks for them.
