@@ -123,7 +123,7 @@ void RasterizerObject::shutdown()
     if (!deletionTold)
         std::cout << "Deleting Rasterizer Object ..." << std::endl;
     deletionTold = true;
-    stopWorking();
+    RasterizerObject::stopWorking(); // also for destructors, where nothing is virtual
 }
 
 void RasterizerObject::stopWorking()
