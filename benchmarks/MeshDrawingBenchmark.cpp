@@ -14,6 +14,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <initializer_list>
 #include <vector>
 
 namespace {
@@ -68,7 +69,8 @@ Workplace &workplace()
 void lightUp()
 {
     glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, GL_TRUE);
-    for (const GLenum capability : {GL_LIGHTING, GL_LIGHT0, GL_NORMALIZE, GL_DEPTH_TEST})
+    for (const GLenum capability :
+         std::initializer_list<GLenum>{GL_LIGHTING, GL_LIGHT0, GL_NORMALIZE, GL_DEPTH_TEST})
         glEnable(capability);
 }
 

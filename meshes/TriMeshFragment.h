@@ -65,6 +65,8 @@ signals:
     void updated(QObject *fragment);
 
 private:
+    using TriFragment::append; // neither takes the lock nor counts: addFace() does
+
     std::shared_ptr<const std::vector<LitVertex>> drawing();
 
     std::atomic<std::uint64_t> changes{0};

@@ -9,6 +9,7 @@
 #include <malloc.h>
 
 #include <array>
+#include <initializer_list>
 #include <limits>
 #include <memory>
 #include <vector>
@@ -99,16 +100,18 @@ void addWalls(TriMeshFragment &fragment)
 std::vector<double> openGlState()
 {
     std::vector<double> state;
-    for (const GLenum name : {GL_CURRENT_COLOR, GL_CURRENT_NORMAL, GL_LIGHTING, GL_LIGHT0, GL_NORMALIZE,
-                              GL_DEPTH_TEST, GL_LIGHT_MODEL_TWO_SIDE, GL_VERTEX_ARRAY, GL_NORMAL_ARRAY,
-                              GL_VERTEX_ARRAY_SIZE, GL_VERTEX_ARRAY_STRIDE, GL_NORMAL_ARRAY_STRIDE,
-                              GL_ATTRIB_STACK_DEPTH, GL_CLIENT_ATTRIB_STACK_DEPTH}) {
+    for (const GLenum name : std::initializer_list<GLenum>{
+             GL_CURRENT_COLOR, GL_CURRENT_NORMAL, GL_LIGHTING, GL_LIGHT0, GL_NORMALIZE, GL_DEPTH_TEST,
+             GL_LIGHT_MODEL_TWO_SIDE, GL_VERTEX_ARRAY, GL_NORMAL_ARRAY, GL_VERTEX_ARRAY_SIZE,
+             GL_VERTEX_ARRAY_STRIDE, GL_NORMAL_ARRAY_STRIDE, GL_ATTRIB_STACK_DEPTH,
+             GL_CLIENT_ATTRIB_STACK_DEPTH}) {
         std::array<GLdouble, 16> values{};
         glGetDoublev(name, values.data());
         state.insert(state.end(), values.begin(), values.end());
     }
-    for (const GLenum side : {GL_FRONT, GL_BACK})
-        for (const GLenum name : {GL_AMBIENT, GL_DIFFUSE, GL_SPECULAR, GL_SHININESS}) {
+    for (const GLenum side : std::initializer_list<GLenum>{GL_FRONT, GL_BACK})
+        for (const GLenum name :
+             std::initializer_list<GLenum>{GL_AMBIENT, GL_DIFFUSE, GL_SPECULAR, GL_SHININESS}) {
             std::array<GLfloat, 4> values{};
             glGetMaterialfv(side, name, values.data());
             state.insert(state.end(), values.begin(), values.end());
@@ -299,7 +302,8 @@ private slots:
         glMaterialf(GL_FRONT_AND_BACK, GL_SHININESS, 77.0f);
         glNormal3f(0.0f, 1.0f, 0.0f);
         for (const bool on : {false, true}) {
-            for (const GLenum capability : {GL_LIGHTING, GL_LIGHT0, GL_NORMALIZE, GL_DEPTH_TEST})
+            for (const GLenum capability :
+                 std::initializer_list<GLenum>{GL_LIGHTING, GL_LIGHT0, GL_NORMALIZE, GL_DEPTH_TEST})
                 on ? glEnable(capability) : glDisable(capability);
             glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, on ? GL_TRUE : GL_FALSE);
             const std::vector<double> before = openGlState();
