@@ -27,12 +27,12 @@ struct SearchFrame
 // A line as the trees of a search see it: in the frame's units, in single precision, with bounds of all that
 // rounding can have done, here, in the trees and in the exact routines that decide in the end.
 //
-// With u = 2^-53, coordinates up to B <= 2^8 R, R half the mesh's extent (unit/2 < R <= unit), edges d no
+// With u = 2^-53, coordinates up to B <= 2^8 R, R half the mesh's extent (unit/2 <= R < unit), edges d no
 // shorter than 2^-27 B^2 / R and the line's points D apart:
-// - side() of an edge and the line, divided by |d| |D|, is off by less than u (96 B + 12 B^2/|d| + 12
-// B^2/|D|)
-//   <= 2^-21 R + 2^-49 B^2/|D|; the same in single precision, with bounds of groups of edges, by less than
-//   2^-20 (1.5 |p| + 6.6) units, p the line's start. `tolerance` exceeds the sum of both.
+// - side() of an edge and the line, divided by |d| |D|, is off by less than
+//   u (96 B + 12 B^2/|d| + 12 B^2/|D|) <= 2^-21 R + 2^-49 B^2/|D|; the same in single precision, with bounds
+//   of groups of edges, by less than 2^-20 (1.5 |p| + 6.6) units, p the line's start. `tolerance` exceeds the
+//   sum of both.
 // - The intersection with a plane whose normal is at least 2^-16 of its longest edge squared is where a plane
 //   2^-23 R away, at a slope changed by 2^-22 R/|D|, would put it. That of a line that passes all three edges
 //   farther than `tolerance` on the same side is 2^-20 R and 2^-19 R/|D| times its distance off.
