@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <locale>
 #include <numbers>
 #include <ostream>
@@ -14,6 +15,9 @@ constexpr int areaPieces = 2000; // of each line of an outline
 constexpr int waySteps = 400;    // from the ridge to the rim; even
 constexpr int rimSteps = 400;    // around the rim
 constexpr double longestLineMm = 60.0;
+constexpr int searchedPieces =
+    300; // of each line, and the distance of the planes, when distances are searched
+constexpr double searchedStepMm = 0.2;
 
 // Calls use(place, weight) on a grid of the covered places; the sum of weight * f is the integral of f over
 // across * up. The grid runs on rays from the ridge to the rim (Simpson's rule) and around the rim, where the
@@ -35,6 +39,51 @@ void integrateCovered(const PhantomBody &body, Use &&use)
             use(BonePlace{ridge + way * rayAcross, way * rayUp}, weight);
         }
     }
+}
+
+double distanceToPiece(const Point &p, const Point &a, const Point &b)
+{
+    const Point edge{b[0] - a[0], b[1] - a[1], b[2] - a[2]}, way{p[0] - a[0], p[1] - a[1], p[2] - a[2]};
+    const double square = edge[0] * edge[0] + edge[1] * edge[1] + edge[2] * edge[2];
+    const double along = edge[0] * way[0] + edge[1] * way[1] + edge[2] * way[2];
+    const double part = square > 0.0 ? std::clamp(along / square, 0.0, 1.0) : 0.0;
+    return std::hypot(way[0] - part * edge[0], way[1] - part * edge[1], way[2] - part * edge[2]);
+}
+
+double distanceToLines(const Point &point, const std::vector<std::vector<Point>> &lines)
+{
+    double nearest = std::numeric_limits<double>::infinity();
+    for (const std::vector<Point> &line : lines)
+        for (std::size_t i = 0; i + 1 < line.size(); ++i)
+            nearest = std::min(nearest, distanceToPiece(point, line[i], line[i + 1]));
+    return nearest;
+}
+
+// Lines on the cartilage's surface in planes close together, between two planes.
+std::vector<std::vector<Point>> surfaceLines(const PhantomBody &body, double fromZ, double toZ)
+{
+    const int steps = static_cast<int>(std::ceil((toZ - fromZ) / searchedStepMm));
+    std::vector<std::vector<Point>> lines;
+    for (int i = 0; i <= steps; ++i)
+        lines.push_back(
+            cartilageOutline(body, fromZ + (toZ - fromZ) * i / steps, searchedPieces).surfaceSide);
+    return lines;
+}
+
+double meanDistance(const PhantomBody &body, const std::vector<double> &planes)
+{
+    const std::vector<std::vector<Point>> surface = surfaceLines(body, planes.front(), planes.back());
+    double sum = 0.0, length = 0.0;
+    for (const double z : planes) {
+        const std::vector<Point> bone = cartilageOutline(body, z, searchedPieces).boneSide;
+        for (std::size_t i = 0; i + 1 < bone.size(); ++i) {
+            const double piece = std::hypot(bone[i + 1][0] - bone[i][0], bone[i + 1][1] - bone[i][1]);
+            const Point middle{(bone[i][0] + bone[i + 1][0]) / 2.0, (bone[i][1] + bone[i + 1][1]) / 2.0, z};
+            sum += piece * distanceToLines(middle, surface);
+            length += piece;
+        }
+    }
+    return sum / length;
 }
 
 std::ostream &plain(std::ostream &stream, int decimals)
@@ -97,6 +146,29 @@ PhantomTruth phantomTruth(const PhantomParameters &parameters)
         truth.maximumThicknessMm = std::max(truth.maximumThicknessMm, t);
     });
     truth.meanThicknessMm = thicknessSum / truth.interfaceAreaMm2;
+    return truth;
+}
+
+TracedTruth tracedTruth(const PhantomParameters &parameters, int firstSlice, int count)
+{
+    const PhantomBody body(parameters);
+    TracedTruth truth;
+    std::vector<double> planes;
+    for (int slice = firstSlice; slice < firstSlice + count; ++slice) {
+        planes.push_back(slicePlaneMm(parameters, slice));
+        truth.volumeMm3 +=
+            enclosedArea(cartilageOutline(body, planes.back(), areaPieces)) * parameters.spacingMm[2];
+    }
+    double area = 0.0, thicknessSum = 0.0;
+    integrateCovered(body, [&](const BonePlace &place, double weight) {
+        const double z = body.pointAbove(place, 0.0)[2];
+        if (z < planes.front() || z > planes.back())
+            return;
+        area += weight * body.areaDensity(place);
+        thicknessSum += weight * body.areaDensity(place) * body.thicknessMm(place);
+    });
+    truth.meanThicknessMm = thicknessSum / area;
+    truth.meanMinimalThicknessMm = meanDistance(body, planes);
     return truth;
 }
 

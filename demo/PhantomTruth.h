@@ -23,6 +23,21 @@ struct PhantomTruth
 
 PhantomTruth phantomTruth(const PhantomParameters &parameters);
 
+// The same for a reader who traces some neighbouring slices only, and sees nothing beyond their centre
+// planes.
+struct TracedTruth
+{
+    double volumeMm3 = 0.0; // the slices' areas times the slice distance
+    // As above, over the interface between the first and the last centre plane.
+    double meanThicknessMm = 0.0;
+    // From the bone's lines in the slices to the nearest place of the cartilage's surface, the rim's side
+    // included, between the first and the last centre plane; mean by length.
+    double meanMinimalThicknessMm = 0.0;
+};
+
+// count is at least 2.
+TracedTruth tracedTruth(const PhantomParameters &parameters, int firstSlice, int count);
+
 // The centre plane of a stored slice (from 0) in the frame of the volume.
 double slicePlaneMm(const PhantomParameters &parameters, int slice);
 

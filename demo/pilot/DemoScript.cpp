@@ -2,8 +2,8 @@
 
 #include "demo/pilot/ScreenLocator.h"
 
-#include <QDir>
-#include <QImage>
+#include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -16,12 +16,19 @@ namespace {
 
 using namespace ScreenLocator;
 
-// Rows of the image list and of the composition, in the order in which the script makes them.
-constexpr int volumeRow = 0, contoursRow = 1, pointsRow = 2;
-constexpr int pointsPod = 2, contoursPod = 3; // the volume stands twice: shown in the view, and dragged
-constexpr int analyzeColumn = 4, editColumn = 5;
+// Rows of the image list, in the order in which opening and the procedure make them.
+constexpr int volumeRow = 0, contoursRow = 1, rasterRow = 3, thicknessRow = 5, minimalThicknessRow = 6,
+              minimalColoringRow = 8, rowCount = 9;
+// Rows of the composition in the procedure's viewer, and those that the script drags into it.
+constexpr int volumePod = 0, pointsPod = 1, contoursPod = 2, rasterPod = 3, coloringPod = 4;
+constexpr int displayColumn = 1, colorColumn = 2, opacityColumn = 3, analyzeColumn = 4, editColumn = 5,
+              scopeColumn = 6;
+constexpr int contourCount = 1; // child rows before those of the fragments
 
+const QString procedure = "Start Segmentation of Patella ...";
+constexpr QRect besideTheViewer(QPoint(0, 0), QPoint(430, 580));
 constexpr double handStepMm = 0.35;
+constexpr int workersMilliseconds = 60000;
 
 struct Position
 {
@@ -45,215 +52,71 @@ DemoScript::DemoScript(QString series, QString output, std::vector<TrueSlice> tr
     , slices(std::move(trueSlices))
     , handAreas(slices.size(), 0.0)
     , pixelMm(pixel)
+    , hands(outputFolder)
 {}
 
 void DemoScript::run()
 {
     waitFor("the main window", [] { return menuTitle("File"); });
     pause(500);
-    picture("start");
+    hands.picture("start");
+    hands.place("Tevora", besideTheViewer);
     openSeries();
-    showInView();
-    arrangeWindows();
-    makeContours();
-    extractEdgePoints();
-    dragIntoViewer();
+    startSegmentation();
+    arrangeViewer();
     chooseAnalyzedAndEdited();
     measureScale();
     traceSlices();
     guessSlice();
     eraseAndTraceAgain();
+    waitForWorkers();
+    lookAtMask();
+    lookAtThickness();
+    lookAtRelations();
     save();
     quit();
 }
 
-void DemoScript::picture(const QString &name)
-{
-    pause(150);
-    const QString path =
-        QString("%1/%2-%3.png").arg(outputFolder).arg(++pictures, 2, 10, QChar('0')).arg(name);
-    device.screenshot().save(path);
-    std::cout << "picture " << path.toStdString() << std::endl;
-}
-
-void DemoScript::chooseEntry(const QString &menu, const QString &entry, const QString &inner)
-{
-    device.click(waitFor("menu " + menu, [&] { return menuTitle(menu); }));
-    device.click(waitFor("entry " + entry, [&] { return menuEntry(entry); }));
-    if (!inner.isNull())
-        device.click(waitFor("entry " + inner, [&] { return menuEntry(inner); }));
-}
-
-void DemoScript::answerFileDialog(const QString &title, const QString &path)
-{
-    waitUntil("dialog " + title, [&] { return dialogIsOpen(title); });
-    pause(200);
-    device.pressKey("Control_L");
-    device.tapKey("a");
-    device.releaseKey("Control_L");
-    device.type(path);
-    pause(100);
-    picture("dialog");
-    // The first Return may only close a list of completions.
-    for (int attempt = 0; attempt < 5 && ask([&] { return dialogIsOpen(title); }); ++attempt) {
-        device.tapKey("Return");
-        pause(600);
-    }
-    waitUntil("end of dialog " + title, [&] { return !dialogIsOpen(title); });
-}
-
 void DemoScript::openSeries()
 {
-    chooseEntry("File", "Open Dicom Series ...");
-    answerFileDialog("Select a directory containing the series.", seriesFolder);
+    hands.chooseEntry("File", "Open Dicom Series ...");
+    hands.answerFileDialog("Select a directory containing the series.", seriesFolder);
     waitUntil("the volume", [] { return imageCount() == 1; });
-    picture("opened");
+    hands.picture("opened");
 }
 
-void DemoScript::selectRow(int row)
+void DemoScript::startSegmentation()
 {
-    device.click(waitFor("row of the image list", [&] { return imageRow(row); }));
-    pause(100);
-}
-
-void DemoScript::showInView()
-{
-    selectRow(volumeRow);
-    chooseEntry("View", "Show in new view ...");
+    hands.selectRow(volumeRow);
+    hands.chooseEntry("Procedures", procedure);
+    hands.answerQuestion(procedure, "Yes");
+    waitUntil("the network", [] { return imageCount() == rowCount; });
     waitFor("the viewer", [] { return sliceView(); });
     pause(800);
-    picture("view");
+    hands.picture("procedure");
 }
 
-void DemoScript::drag(const QPoint &from, const QPoint &to)
+void DemoScript::arrangeViewer()
 {
-    device.moveTo(from);
-    pause(60);
-    device.press(XTestDevice::Left);
-    pause(40);
-    for (int i = 1; i <= 8; ++i) {
-        device.moveTo(from + (to - from) * i / 8);
-        pause(25);
-    }
-    pause(60);
-    device.release(XTestDevice::Left);
-    pause(300);
-}
-
-// Moves with the Super key held and sizes by the lower right corner, as often as the window manager needs.
-void DemoScript::place(const QString &title, const QRect &wanted)
-{
-    const quintptr window = waitFor("the window " + title, [&] { return windowId(title); });
-    const auto near = [](const QPoint &a, const QPoint &b) { return (a - b).manhattanLength() <= 8; };
-    for (int attempt = 0; attempt < 12; ++attempt) {
-        QRect now = device.frameOf(window);
-        if (!near(now.topLeft(), wanted.topLeft())) {
-            const QPoint grip(now.width() / 2, now.height() / 3);
-            device.pressKey("Super_L");
-            drag(now.topLeft() + grip, wanted.topLeft() + grip);
-            device.releaseKey("Super_L");
-            now = device.frameOf(window);
-        }
-        if (!near(now.bottomRight(), wanted.bottomRight()))
-            drag(now.bottomRight() - QPoint(1, 1), wanted.bottomRight());
-        now = device.frameOf(window);
-        if (near(now.bottomRight(), wanted.bottomRight()))
-            return;
-    }
-    picture("not-placed");
-    const QRect now = device.frameOf(window);
-    fail(QString("the place of %1, which is at %2, %3 and %4 x %5")
-             .arg(title)
-             .arg(now.x())
-             .arg(now.y())
-             .arg(now.width())
-             .arg(now.height()));
-}
-
-void DemoScript::arrangeWindows()
-{
-    place("Tevora", QRect(QPoint(0, 0), QPoint(430, 580)));
-    place("Stacked Slice Viewer", QRect(QPoint(440, 0), QPoint(1272, 1012)));
+    hands.place("Stacked Slice Viewer", QRect(QPoint(440, 0), QPoint(1272, 1012)));
     // A double click fits the picture to the larger view.
     const QPoint centre = waitFor("the view", [] { return sliceView(); }).center();
-    device.click(centre);
-    device.click(centre);
+    hands.mouse().click(centre);
+    hands.mouse().click(centre);
     pause(1500);
-    picture("arranged");
-}
-
-void DemoScript::addFragment(const QString &name)
-{
-    chooseEntry("Image", "Add fragment ...");
-    waitUntil("the question for a name", [] { return dialogIsOpen("Tevora"); });
-    pause(150);
-    device.type(name);
-    device.tapKey("Return");
-    waitUntil("the end of the question", [] { return !dialogIsOpen("Tevora"); });
-}
-
-void DemoScript::makeContours()
-{
-    chooseEntry("Image", "New", "New sliced contours");
-    waitUntil("the contours", [] { return imageCount() == 2; });
-    selectRow(contoursRow);
-    addFragment("bone side");
-    addFragment("surface side");
-    picture("contours");
-}
-
-void DemoScript::extractEdgePoints()
-{
-    selectRow(volumeRow);
-    chooseEntry("Image", "Extract Edge Points ...");
-    waitUntil("the edge points", [] { return imageCount() == 3; });
-    picture("edge-points");
-}
-
-void DemoScript::dragRow(int row)
-{
-    const QPoint from = waitFor("row of the image list", [&] { return imageRow(row); });
-    const QPoint to = waitFor("the view", [] { return sliceView(); }).center();
-    device.moveTo(from);
-    pause(80);
-    device.press(XTestDevice::Left);
-    pause(80);
-    for (int i = 1; i <= 8; ++i) {
-        device.moveTo(from + (to - from) * i / 8);
-        pause(40);
-    }
-    device.moveTo(to + QPoint(1, 0));
-    pause(150);
-    device.release(XTestDevice::Left);
-    pause(500);
-}
-
-void DemoScript::dragIntoViewer()
-{
-    for (const int row : {volumeRow, pointsRow, contoursRow})
-        dragRow(row);
-    waitFor("the fragments in the tree", [] { return treeCheckBox(contoursPod, 1, editColumn); });
-    picture("dragged");
-}
-
-void DemoScript::tick(int row, int child, int column)
-{
-    if (ask([&] { return treeBoxIsChecked(row, child, column); }))
-        return;
-    device.click(waitFor("a check box of the tree", [&] { return treeCheckBox(row, child, column); }));
-    waitUntil("a check mark", [&] { return treeBoxIsChecked(row, child, column); });
+    hands.picture("arranged");
 }
 
 void DemoScript::edit(Side side)
 {
-    tick(contoursPod, side, editColumn);
+    hands.tick(contoursPod, contourCount + side, editColumn);
 }
 
 void DemoScript::chooseAnalyzedAndEdited()
 {
-    tick(pointsPod, -1, analyzeColumn);
+    hands.tick(pointsPod, -1, analyzeColumn);
     edit(BoneSide);
-    picture("ticked");
+    hands.picture("ticked");
 }
 
 // Two positions of the mouse and what the label says of them give the scale, as a user would find it.
@@ -263,9 +126,9 @@ void DemoScript::measureScale()
     const QPoint a = view.center() - QPoint(view.width() / 4, view.height() / 4);
     const QPoint b = view.center() + QPoint(view.width() / 4, view.height() / 4);
     const auto positionAt = [&](const QPoint &point) {
-        device.moveTo(point - QPoint(3, 3));
+        hands.mouse().moveTo(point - QPoint(3, 3));
         pause(150);
-        device.moveTo(point);
+        hands.mouse().moveTo(point);
         pause(250);
         const auto position = readPosition();
         if (!position)
@@ -287,7 +150,7 @@ QPoint DemoScript::toScreen(const QPointF &world) const
 void DemoScript::pointAt(const QPointF &world)
 {
     const QString before = ask([] { return coordinates(); });
-    device.moveTo(toScreen(world));
+    hands.mouse().moveTo(toScreen(world));
     for (int waited = 0; waited < 150 && ask([] { return coordinates(); }) == before; waited += 4)
         pause(4);
 }
@@ -295,9 +158,9 @@ void DemoScript::pointAt(const QPointF &world)
 void DemoScript::goToSlice(const TrueSlice &slice)
 {
     const QRect view = waitFor("the view", [] { return sliceView(); });
-    device.moveTo(view.center());
+    hands.mouse().moveTo(view.center());
     pause(60);
-    device.moveTo(view.center() + QPoint(1, 1));
+    hands.mouse().moveTo(view.center() + QPoint(1, 1));
     pause(100);
     for (int step = 0; step < 200; ++step) {
         const auto position = readPosition();
@@ -305,8 +168,8 @@ void DemoScript::goToSlice(const TrueSlice &slice)
             return;
         const bool up = !position || position->z < slice.zMm;
         const QString before = ask([] { return coordinates(); });
-        device.press(up ? XTestDevice::WheelUp : XTestDevice::WheelDown);
-        device.release(up ? XTestDevice::WheelUp : XTestDevice::WheelDown);
+        hands.mouse().press(up ? XTestDevice::WheelUp : XTestDevice::WheelDown);
+        hands.mouse().release(up ? XTestDevice::WheelUp : XTestDevice::WheelDown);
         for (int waited = 0; waited < 500 && ask([] { return coordinates(); }) == before; waited += 10)
             pause(10);
     }
@@ -315,49 +178,55 @@ void DemoScript::goToSlice(const TrueSlice &slice)
 
 void DemoScript::pressMode(const QString &name)
 {
-    device.click(waitFor("button " + name, [&] { return button("Stacked Slice Viewer", name); }));
-    pause(100);
+    hands.pressButton("Stacked Slice Viewer", name);
 }
 
+// Outside of the cartilage on both sides, so that the hand's own area is clearly too large.
+Polyline DemoScript::handPath(std::size_t slice, Side side, std::uint32_t seed) const
+{
+    const Polyline &line = side == BoneSide ? slices[slice].bone : slices[slice].surface;
+    const Polyline &other = side == BoneSide ? slices[slice].surface : slices[slice].bone;
+    const Polyline left = unsteadyPath(line, 1, pixelMm, handStepMm, seed);
+    const Polyline right = unsteadyPath(line, -1, pixelMm, handStepMm, seed);
+    return enclosedArea(left, other) > enclosedArea(right, other) ? left : right;
+}
+
+// The line at the surface is drawn from end to end of the one at the bone: pressed and released on its end
+// points, which attract.
 void DemoScript::trace(std::size_t slice, Side side, std::uint32_t seed)
 {
     edit(side);
     goToSlice(slices[slice]);
-    // Outside of the cartilage on both sides, so that the hand's own area is clearly too large.
-    const Polyline &line = side == BoneSide ? slices[slice].bone : slices[slice].surface;
-    const Polyline &other = side == BoneSide ? slices[slice].surface : slices[slice].bone;
-    const double left = enclosedArea(unsteadyPath(line, 1, pixelMm, handStepMm, seed), other);
-    const double right = enclosedArea(unsteadyPath(line, -1, pixelMm, handStepMm, seed), other);
-    const Polyline path = unsteadyPath(line, left > right ? 1 : -1, pixelMm, handStepMm, seed);
+    Polyline path = handPath(slice, side, seed);
+    if (side == SurfaceSide) {
+        const auto [first, last] =
+            waitFor("the line at the bone", [&, z = slices[slice].zMm] { return lineEnds(BoneSide, z); });
+        const double forwards = lengthOf({first, path.front()}), backwards = lengthOf({last, path.front()});
+        path.insert(path.begin(), forwards < backwards ? first : last);
+        path.push_back(forwards < backwards ? last : first);
+    }
     pointAt(path.front());
     pause(60);
-    device.press(XTestDevice::Left);
+    hands.mouse().press(XTestDevice::Left);
     pause(40);
     for (const QPointF &point : path)
         pointAt(point);
-    device.release(XTestDevice::Left);
+    hands.mouse().release(XTestDevice::Left);
     pause(100);
 }
 
 void DemoScript::traceSlices()
 {
     pressMode("Trace");
-    for (std::size_t slice = 0; slice < slices.size(); ++slice) {
-        if (slice + 1 == slices.size())
-            break; // the last one is guessed
+    for (std::size_t slice = 0; slice + 1 < slices.size(); ++slice) { // the last one is guessed
         const auto seed = std::uint32_t(100 * slice + 7);
         trace(slice, BoneSide, seed);
         if (slice == 0)
-            picture("traced-bone-side");
+            hands.picture("traced-bone-side");
         trace(slice, SurfaceSide, seed + 1);
-        const auto hand = [&](const Polyline &line, const Polyline &other, std::uint32_t s) {
-            const Polyline left = unsteadyPath(line, 1, pixelMm, handStepMm, s);
-            const Polyline right = unsteadyPath(line, -1, pixelMm, handStepMm, s);
-            return enclosedArea(left, other) > enclosedArea(right, other) ? left : right;
-        };
-        handAreas[slice] = enclosedArea(hand(slices[slice].bone, slices[slice].surface, seed),
-                                        hand(slices[slice].surface, slices[slice].bone, seed + 1));
-        picture(QString("traced-slice-%1").arg(slice + 1));
+        handAreas[slice] =
+            enclosedArea(handPath(slice, BoneSide, seed), handPath(slice, SurfaceSide, seed + 1));
+        hands.picture(QString("traced-slice-%1").arg(slice + 1));
     }
 }
 
@@ -370,12 +239,12 @@ void DemoScript::guessSlice()
         goToSlice(slice);
         const Polyline &line = side == BoneSide ? slice.bone : slice.surface;
         pointAt(line.front());
-        device.click(toScreen(line.front()), XTestDevice::Left);
+        hands.mouse().click(toScreen(line.front()), XTestDevice::Left);
         pointAt(line.back());
-        device.click(toScreen(line.back()), XTestDevice::Right);
+        hands.mouse().click(toScreen(line.back()), XTestDevice::Right);
         pause(300);
     }
-    picture("guessed");
+    hands.picture("guessed");
 }
 
 // Erases the line at the surface of the first slice and traces it anew with another hand.
@@ -384,32 +253,97 @@ void DemoScript::eraseAndTraceAgain()
     edit(SurfaceSide);
     pressMode("Erase");
     goToSlice(slices.front());
-    picture("before-erasing");
+    hands.picture("before-erasing");
     const Polyline &line = slices.front().surface;
-    device.pressKey("Shift_L");
+    hands.mouse().pressKey("Shift_L");
     // A click must come within half a voxel of a point of the line: some clicks along a piece of it.
     const Polyline fine = unsteadyPath(line, 1, 0.0, 0.1, 1);
     const std::size_t middle = fine.size() / 2;
     for (std::size_t i = middle; i < std::min(middle + 12, fine.size()); ++i)
-        device.click(toScreen(fine[i]));
-    device.releaseKey("Shift_L");
-    picture("erased");
+        hands.mouse().click(toScreen(fine[i]));
+    hands.mouse().releaseKey("Shift_L");
+    hands.picture("erased");
     pressMode("Trace");
     trace(0, SurfaceSide, 4711);
-    picture("traced-again");
+    hands.picture("traced-again");
+}
+
+void DemoScript::waitForWorkers()
+{
+    waitUntil(
+        "the measurements and the mask", [] { return workersAreIdle(); }, workersMilliseconds);
+    pause(300);
+}
+
+// The mask in red over the slice.
+void DemoScript::lookAtMask()
+{
+    pressMode("Move");
+    goToSlice(slices[slices.size() / 2]);
+    hands.dragRowIntoView(rasterRow);
+    hands.typeIntoCell(rasterPod, colorColumn, "#ff0000");
+    hands.typeIntoCell(rasterPod, opacityColumn, "50");
+    hands.picture("mask");
+    hands.tick(rasterPod, -1, displayColumn, false);
+}
+
+// The bone side of the cartilage in the colours of its minimal thickness, seen from the side.
+void DemoScript::lookAtThickness()
+{
+    for (const int row : {thicknessRow, minimalThicknessRow})
+        showMetrics(row);
+    hands.dragRowIntoView(minimalColoringRow);
+    hands.chooseInCell(coloringPod, scopeColumn, "Volume");
+    hands.picture("coloring-and-slice");
+    for (const int pod : {volumePod, contoursPod})
+        hands.tick(pod, -1, displayColumn, false);
+    const QPoint centre = waitFor("the view", [] { return sliceView(); }).center();
+    hands.drag(centre, centre + QPoint(40, -130), XTestDevice::Right);
+    pause(500);
+    hands.picture("coloring");
+}
+
+void DemoScript::showMetrics(int row)
+{
+    const auto before = ask([] { return metricsWindows(); });
+    hands.selectRow(row);
+    hands.chooseEntry("View", "Show metrics ...");
+    waitUntil("the metrics", [&] { return metricsWindows().size() > before.size(); });
+    QString title;
+    for (const QString &open : ask([] { return metricsWindows(); }))
+        title = before.contains(open) ? title : open;
+    hands.place(title, QRect(QPoint(0, row == thicknessRow ? 590 : 800), QSize(430, 205)));
+    hands.picture("metrics");
+    QFile file(inOutput(metricsName));
+    if (!file.open(QIODevice::Append))
+        fail("the file of metrics");
+    file.write((title + '\n' + ask([&] { return metricsTable(title); }).join('\n') + '\n').toUtf8());
+}
+
+void DemoScript::lookAtRelations()
+{
+    hands.place("Tevora", QRect(QPoint(0, 0), QPoint(1272, 1000)));
+    hands.picture("relations");
+    hands.place("Tevora", besideTheViewer);
 }
 
 void DemoScript::save()
 {
-    selectRow(contoursRow);
-    chooseEntry("File", "Save as Single File ...");
-    answerFileDialog("Save Image as", contoursFile());
-    waitUntil("the contour file", [this] { return QFileInfo::exists(contoursFile()); });
-    pause(500);
-    picture("saved");
+    const auto saveRow = [this](int row, const char *name, const QString &filter) {
+        hands.selectRow(row);
+        hands.chooseEntry("File", "Save as Single File ...");
+        hands.answerFileDialog("Save Image as", inOutput(name), filter);
+        waitUntil(QString("the file ") + name, [&] { return QFileInfo::exists(inOutput(name)); });
+        pause(500);
+    };
+    saveRow(contoursRow, contoursName, QString());
+    saveRow(rasterRow, maskName, "MetaImage");
+    saveRow(thicknessRow, thicknessName, QString());
+    saveRow(minimalThicknessRow, minimalThicknessName, QString());
+    hands.picture("saved");
 }
 
 void DemoScript::quit()
 {
-    chooseEntry("File", "Exit");
+    hands.chooseEntry("File", "Exit");
 }

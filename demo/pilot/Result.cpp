@@ -1,5 +1,7 @@
 #include "demo/pilot/Result.h"
 
+#include "Common/MetaImage.h"
+#include "contours/SlicedContour.h"
 #include "contours/SlicedContoursFragment.h"
 #include "contours/SlicedContoursObject.h"
 #include "contours/SlicedContoursSegment.h"
@@ -11,10 +13,15 @@
 #include <fstream>
 #include <iomanip>
 #include <memory>
+#include <optional>
+#include <string>
 
 namespace {
 
 constexpr double sliceTolerance = 0.04, sumTolerance = 0.02; // parts of the true area
+constexpr double volumeTolerance = 0.02;                     // part of the true volume
+constexpr double thicknessToleranceMm = 0.15;
+constexpr float maskValue = 127.0f;
 
 // All points of the fragment's segments at this z, one segment after the other, walked from near `start` on.
 Polyline lineAt(const SlicedContoursFragment &fragment, double zMm, const QPointF &start)
@@ -51,11 +58,48 @@ double part(double difference, double whole)
     return whole > 0.0 ? difference / whole : 1.0;
 }
 
+double loopVolume(const SlicedContoursObject &contours, double sliceDistanceMm)
+{
+    double volume = 0.0, z = double(contours.firstSignificantZ());
+    for (double before = -1.0; z > before; z = double(contours.nextSignificantZ(float(z)))) {
+        volume += double(contours.contour(0)->areaAt(float(z))) * sliceDistanceMm;
+        before = z;
+    }
+    return volume;
+}
+
+std::optional<double> maskVolume(const QString &path)
+{
+    const std::unique_ptr<MERV::Image> mask(MERV::loadMetaImage(QFile::encodeName(path).constData()));
+    if (!mask)
+        return {};
+    std::size_t voxels = 0;
+    for (int z = 0; z < mask->getDepth(); ++z)
+        for (int y = 0; y < mask->getHeight(); ++y)
+            for (int x = 0; x < mask->getWidth(); ++x)
+                voxels += mask->getVoxel(x, y, z, 0, 0) == maskValue ? 1 : 0;
+    return double(voxels) * double(mask->getSpacing(0)) * double(mask->getSpacing(1)) *
+           double(mask->getSpacing(2));
+}
+
+// The mean of a saved measurement, which stands at the reserved position (0, 0, 2).
+std::optional<double> savedMean(const QString &path)
+{
+    std::ifstream stream(QFile::encodeName(path).toStdString());
+    std::string header;
+    std::getline(stream, header);
+    for (double x = 0, y = 0, z = 0, value = 0; stream >> x >> y >> z >> value;)
+        if (x == 0.0 && y == 0.0 && z == 2.0)
+            return value;
+    return {};
+}
+
 } // namespace
 
-bool judgeContours(std::ostream &table, const DemoScript &script, const std::vector<TrueSlice> &slices)
+bool judgeContours(std::ostream &table, const QString &folder, const DemoScript &script,
+                   const std::vector<TrueSlice> &slices)
 {
-    const auto object = readContours(script.contoursFile());
+    const auto object = readContours(folder + '/' + DemoScript::contoursName);
     const auto *contours = dynamic_cast<SlicedContoursObject *>(object.get());
     if (contours == nullptr || contours->fragmentCount() != 2)
         return false;
@@ -85,4 +129,30 @@ bool judgeContours(std::ostream &table, const DemoScript &script, const std::vec
     const double miss = part(savedSum - trueSum, trueSum);
     table << "sum\t" << trueSum << "\t\t\t" << savedSum << '\t' << 100.0 * miss << '\n';
     return good && std::abs(miss) <= sumTolerance;
+}
+
+bool judgeMeasures(std::ostream &table, const QString &folder, const demo::TracedTruth &truth,
+                   double sliceDistanceMm)
+{
+    const auto inFolder = [&folder](const char *name) { return folder + '/' + name; };
+    const auto object = readContours(inFolder(DemoScript::contoursName));
+    const auto *contours = dynamic_cast<SlicedContoursObject *>(object.get());
+    const std::optional<double> mask = maskVolume(inFolder(DemoScript::maskName)),
+                                thickness = savedMean(inFolder(DemoScript::thicknessName)),
+                                minimal = savedMean(inFolder(DemoScript::minimalThicknessName));
+    if (contours == nullptr || contours->contourCount() != 1 || !mask || !thickness || !minimal)
+        return false;
+    const double traced = loopVolume(*contours, sliceDistanceMm);
+    const auto line = [&table](const char *name, double value, double wanted) {
+        table << name << '\t' << wanted << '\t' << value << '\t' << 100.0 * part(value - wanted, wanted)
+              << '\n';
+    };
+    table << std::fixed << std::setprecision(3) << "measure\ttrue\tsaved\t[%]\n";
+    line("traced volume [mm^3]", traced, truth.volumeMm3);
+    line("mask volume [mm^3]", *mask, truth.volumeMm3);
+    line("mean thickness along the normal [mm]", *thickness, truth.meanThicknessMm);
+    line("mean minimal thickness [mm]", *minimal, truth.meanMinimalThicknessMm);
+    return std::abs(part(traced - truth.volumeMm3, truth.volumeMm3)) <= volumeTolerance &&
+           std::abs(part(*mask - truth.volumeMm3, truth.volumeMm3)) <= volumeTolerance &&
+           std::abs(*minimal - truth.meanMinimalThicknessMm) <= thicknessToleranceMm;
 }

@@ -2,11 +2,14 @@
 
 #include <QCoreApplication>
 #include <QPoint>
+#include <QPointF>
 #include <QRect>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <optional>
+#include <utility>
 
 class QWidget;
 
@@ -47,6 +50,21 @@ std::optional<QRect> sliceView();
 // Centre of the check box in the composition's tree; child -1 means the row itself.
 std::optional<QPoint> treeCheckBox(int row, int child, int column);
 bool treeBoxIsChecked(int row, int child, int column);
+// Centre of a cell of the composition's tree, in a top-level row.
+std::optional<QPoint> treeCell(int row, int column);
+// The box of filters and the line for the name in the open file dialog.
+std::optional<QPoint> fileFilters();
+std::optional<QPoint> fileName();
+// Centre of the first entry that begins with the text, in the list that a box has opened.
+std::optional<QPoint> openListEntry(const QString &text);
+// The table in the window of metrics with this title, a line per row: header, tab, cells. Empty without one.
+QStringList metricsTable(const QString &title);
+// Titles of the open windows of metrics.
+QStringList metricsWindows();
+// Both ends of the line that a fragment (from 0) of the first contours has at this z, as the view shows them.
+std::optional<std::pair<QPointF, QPointF>> lineEnds(int fragment, double zMm);
+// Whether the measurements and rasters have caught up with what they are made from.
+bool workersAreIdle();
 // The text of the viewer's position label.
 QString coordinates();
 

@@ -22,7 +22,7 @@
 namespace {
 
 // The slices that are worked on, in a row; the last one is guessed from the one before it.
-constexpr int firstSlice = 8, sliceCount = 7;
+constexpr int firstSlice = 7, sliceCount = 9;
 constexpr int outlinePieces = 400;
 
 Polyline inWorld(const std::vector<demo::Point> &points, const demo::PhantomParameters &parameters)
@@ -57,6 +57,22 @@ bool writePhantom(const QString &folder, const demo::PhantomParameters &paramete
     return false;
 }
 
+// Prints what was found, and keeps it beside what was saved.
+bool judge(const QString &output, const DemoScript &script, const std::vector<TrueSlice> &slices,
+           const demo::PhantomParameters &parameters)
+{
+    const demo::TracedTruth truth = demo::tracedTruth(parameters, firstSlice, sliceCount);
+    std::ostringstream areas, measures;
+    const bool contoursAreGood = judgeContours(areas, output, script, slices);
+    const bool measuresAreGood = judgeMeasures(measures, output, truth, parameters.spacingMm[2]);
+    const auto verdict = [](bool good) { return good ? " as true as they should be.\n" : " NOT true.\n"; };
+    std::cout << areas.str() << "The contours are" << verdict(contoursAreGood) << measures.str()
+              << "The measures are" << verdict(measuresAreGood);
+    std::ofstream(QFile::encodeName(output + "/areas.txt").toStdString()) << areas.str();
+    std::ofstream(QFile::encodeName(output + "/measures.txt").toStdString()) << measures.str();
+    return contoursAreGood && measuresAreGood;
+}
+
 int runDemo(const QString &folder, int argc, char **argv)
 {
     const demo::PhantomParameters parameters;
@@ -64,8 +80,17 @@ int runDemo(const QString &folder, int argc, char **argv)
     if (!QDir().mkpath(output) || !writePhantom(output, parameters))
         return 1;
     // What an earlier run left would only raise a question about overwriting.
-    for (const char *name : {"/knee.slic", "/knee.txt", "/areas.txt"})
-        QFile::remove(output + name);
+    const char *saved[] = {"knee.slic",
+                           "knee.txt",
+                           "areas.txt",
+                           "mask.mhd",
+                           "mask.raw",
+                           "measures.txt",
+                           "thickness.txt",
+                           "minimum-thickness.txt",
+                           "thickness-metrics.txt"};
+    for (const char *name : saved)
+        QFile::remove(output + '/' + name);
     const std::vector<TrueSlice> slices = trueSlices(parameters);
     DemoScript script(output + "/series", output, slices, parameters.spacingMm[0]);
 
@@ -90,13 +115,7 @@ int runDemo(const QString &folder, int argc, char **argv)
     if (!finished)
         return 1;
 
-    std::ostringstream table;
-    const bool good = judgeContours(table, script, slices);
-    std::cout << table.str()
-              << (good ? "The contours are as true as they should be.\n"
-                       : "The contours are NOT as true as they should be.\n");
-    std::ofstream(QFile::encodeName(output + "/areas.txt").toStdString()) << table.str();
-    return good ? 0 : 1;
+    return judge(output, script, slices, parameters) ? 0 : 1;
 }
 
 } // namespace

@@ -351,3 +351,64 @@ TEST(PhantomTruth, tablesDoNotFollowTheLocale)
     EXPECT_EQ(outlinesText(PhantomParameters()), outlines);
     std::locale::global(before);
 }
+
+namespace {
+
+// The shortest way from a place on the bone out of the cartilage, by rays; exits beyond the planes do not
+// count.
+double wayOut(const PhantomBody &body, const Point &start, double fromZ, double toZ)
+{
+    const int rays = 700;
+    double shortest = 10.0;
+    for (int ray = 0; ray < rays; ++ray) {
+        const double height = 1.0 - 2.0 * (ray + 0.5) / rays, turn = pi * (3.0 - std::sqrt(5.0)) * ray;
+        const double flat = std::sqrt(1.0 - height * height);
+        const Point direction{flat * std::cos(turn), flat * std::sin(turn), height};
+        const auto at = [&](double way) {
+            return Point{start[0] + way * direction[0], start[1] + way * direction[1],
+                         start[2] + way * direction[2]};
+        };
+        if (!body.isCartilage(at(0.02)) || body.isBone(at(0.02)))
+            continue;
+        const std::vector<double> ends =
+            changes([&](double way) { return body.isCartilage(at(way)); }, 0.02, shortest, 0.15);
+        if (ends.empty() || body.isBone(at(ends[0] + 1e-6)))
+            continue;
+        if (const double z = at(ends[0])[2]; z >= fromZ && z <= toZ)
+            shortest = std::min(shortest, ends[0]);
+    }
+    return shortest;
+}
+
+} // namespace
+
+TEST(PhantomTruth, tracedVolumeIsThatOfItsSlices)
+{
+    const PhantomParameters p;
+    const PhantomTruth whole = demo::phantomTruth(p);
+    const demo::TracedTruth traced = demo::tracedTruth(p, 9, 3);
+    EXPECT_NEAR(traced.volumeMm3, 1.5 * (whole.areaMm2[9] + whole.areaMm2[10] + whole.areaMm2[11]), 1e-9);
+    // All slices with an interface: the whole one.
+    EXPECT_NEAR(demo::tracedTruth(p, 0, 24).meanThicknessMm, whole.meanThicknessMm, 1e-9);
+    EXPECT_LT(traced.meanMinimalThicknessMm, traced.meanThicknessMm);
+}
+
+TEST(PhantomTruth, minimalThicknessAgreesWithRays)
+{
+    const PhantomParameters p;
+    const PhantomBody body(p);
+    const double fromZ = demo::slicePlaneMm(p, 10), toZ = demo::slicePlaneMm(p, 12);
+    double sum = 0.0, length = 0.0;
+    for (int slice = 10; slice <= 12; ++slice) {
+        const std::vector<Point> bone =
+            demo::cartilageOutline(body, demo::slicePlaneMm(p, slice), 40).boneSide;
+        for (std::size_t i = 0; i + 1 < bone.size(); ++i) {
+            const double piece = std::hypot(bone[i + 1][0] - bone[i][0], bone[i + 1][1] - bone[i][1]);
+            Point middle{(bone[i][0] + bone[i + 1][0]) / 2.0, (bone[i][1] + bone[i + 1][1]) / 2.0,
+                         bone[i][2]};
+            sum += piece * wayOut(body, middle, fromZ, toZ);
+            length += piece;
+        }
+    }
+    EXPECT_NEAR(demo::tracedTruth(p, 10, 3).meanMinimalThicknessMm, sum / length, 0.04);
+}
