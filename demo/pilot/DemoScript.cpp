@@ -27,7 +27,7 @@ constexpr int contourCount = 1; // child rows before those of the fragments
 
 const QString procedure = "Start Segmentation of Patella ...";
 constexpr QRect besideTheViewer(QPoint(0, 0), QPoint(430, 580));
-constexpr double handStepMm = 0.35;
+constexpr double handStepMm = 0.35, leadMm = 0.7;
 constexpr int workersMilliseconds = 60000;
 
 struct Position
@@ -193,18 +193,25 @@ Polyline DemoScript::handPath(std::size_t slice, Side side, std::uint32_t seed) 
 
 // The line at the surface is drawn from end to end of the one at the bone: pressed and released on its end
 // points, which attract.
+Polyline DemoScript::betweenEndsOfBone(const Polyline &path, double zMm) const
+{
+    const auto ends = waitFor("the line at the bone", [zMm] { return lineEnds(BoneSide, zMm); });
+    auto [from, to] = ends;
+    if (lengthOf({to, path.front()}) < lengthOf({from, path.front()}))
+        std::swap(from, to);
+    Polyline closed = leadingOn(path, from, to, leadMm);
+    closed.insert(closed.begin(), from);
+    closed.push_back(to);
+    return closed;
+}
+
 void DemoScript::trace(std::size_t slice, Side side, std::uint32_t seed)
 {
     edit(side);
     goToSlice(slices[slice]);
     Polyline path = handPath(slice, side, seed);
-    if (side == SurfaceSide) {
-        const auto [first, last] =
-            waitFor("the line at the bone", [&, z = slices[slice].zMm] { return lineEnds(BoneSide, z); });
-        const double forwards = lengthOf({first, path.front()}), backwards = lengthOf({last, path.front()});
-        path.insert(path.begin(), forwards < backwards ? first : last);
-        path.push_back(forwards < backwards ? last : first);
-    }
+    if (side == SurfaceSide)
+        path = betweenEndsOfBone(path, slices[slice].zMm);
     pointAt(path.front());
     pause(60);
     hands.mouse().press(XTestDevice::Left);
@@ -297,10 +304,27 @@ void DemoScript::lookAtThickness()
     hands.picture("coloring-and-slice");
     for (const int pod : {volumePod, contoursPod})
         hands.tick(pod, -1, displayColumn, false);
+    enlarge(slices[slices.size() / 2].bone);
     const QPoint centre = waitFor("the view", [] { return sliceView(); }).center();
     hands.drag(centre, centre + QPoint(40, -130), XTestDevice::Right);
     pause(500);
     hands.picture("coloring");
+}
+
+// Brings the middle of the line to the centre of the view and makes it larger.
+void DemoScript::enlarge(const Polyline &line)
+{
+    const QPoint centre = waitFor("the view", [] { return sliceView(); }).center();
+    hands.drag(toScreen((line.front() + line.back()) / 2.0), centre);
+    hands.mouse().moveTo(centre);
+    hands.mouse().pressKey("Control_L");
+    for (int notch = 0; notch < 2; ++notch) {
+        hands.mouse().press(XTestDevice::WheelUp);
+        hands.mouse().release(XTestDevice::WheelUp);
+        pause(100);
+    }
+    hands.mouse().releaseKey("Control_L");
+    pause(1500);
 }
 
 void DemoScript::showMetrics(int row)

@@ -66,6 +66,8 @@ private:
     void pressMode(const QString &name);
     void goToSlice(const TrueSlice &slice);
     Polyline handPath(std::size_t slice, Side side, std::uint32_t seed) const;
+    Polyline betweenEndsOfBone(const Polyline &path, double zMm) const;
+    void enlarge(const Polyline &line);
     void trace(std::size_t slice, Side side, std::uint32_t seed);
     // Moves the mouse to a position in the slice and waits until the program has noticed.
     void pointAt(const QPointF &worldMm);

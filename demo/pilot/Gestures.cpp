@@ -9,6 +9,13 @@
 
 using namespace ScreenLocator;
 
+namespace {
+
+// A list that has just opened takes no release of the button for the time of a double click.
+constexpr int listOpensMilliseconds = 700;
+
+} // namespace
+
 Gestures::Gestures(QString pictureFolder)
     : folder(std::move(pictureFolder))
 {}
@@ -58,7 +65,7 @@ void Gestures::answerFileDialog(const QString &title, const QString &path, const
     pause(200);
     if (!filter.isNull()) {
         device.click(waitFor("the filters", [] { return fileFilters(); }));
-        pause(200);
+        pause(listOpensMilliseconds);
         device.click(waitFor("filter " + filter, [&] { return openListEntry(filter); }));
         pause(200);
         device.click(waitFor("the file name", [] { return fileName(); }));
@@ -109,9 +116,9 @@ void Gestures::tick(int row, int child, int column, bool on)
 void Gestures::chooseInCell(int row, int column, const QString &entry)
 {
     device.click(waitFor("a list in the tree", [&] { return treeCell(row, column); }));
-    pause(250);
+    pause(listOpensMilliseconds);
     device.click(waitFor("entry " + entry, [&] { return openListEntry(entry); }));
-    pause(250);
+    pause(500);
 }
 
 void Gestures::typeIntoCell(int row, int column, const QString &text)

@@ -69,6 +69,15 @@ Polyline unsteadyPath(const Polyline &line, int side, double unitMm, double step
     return path;
 }
 
+Polyline leadingOn(const Polyline &path, const QPointF &from, const QPointF &to, double leastMm)
+{
+    const QPointF way = (to - from) / distance(from, to);
+    const auto first = std::find_if(path.begin(), path.end(), [&](const QPointF &point) {
+        return QPointF::dotProduct(point - from, way) >= leastMm;
+    });
+    return {first, path.end()};
+}
+
 double enclosedArea(const Polyline &first, const Polyline &second)
 {
     Polyline outline = first;
