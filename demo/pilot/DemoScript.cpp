@@ -27,7 +27,7 @@ constexpr int contourCount = 1; // child rows before those of the fragments
 
 const QString procedure = "Start Segmentation of Patella ...";
 constexpr QRect besideTheViewer(QPoint(0, 0), QPoint(430, 580));
-constexpr double handStepMm = 0.35, leadMm = 0.7;
+constexpr double handStepMm = 0.35, backMm = 0.4;
 constexpr int workersMilliseconds = 60000;
 
 struct Position
@@ -192,14 +192,15 @@ Polyline DemoScript::handPath(std::size_t slice, Side side, std::uint32_t seed) 
 }
 
 // The line at the surface is drawn from end to end of the one at the bone: pressed and released on its end
-// points, which attract.
+// points, which attract. It goes around the corner close by, or the mouse would also catch edges behind its
+// start; where a line begins with a large step backwards, the ribbon to the next slice fans out from there.
 Polyline DemoScript::betweenEndsOfBone(const Polyline &path, double zMm) const
 {
     const auto ends = waitFor("the line at the bone", [zMm] { return lineEnds(BoneSide, zMm); });
     auto [from, to] = ends;
     if (lengthOf({to, path.front()}) < lengthOf({from, path.front()}))
         std::swap(from, to);
-    Polyline closed = leadingOn(path, from, to, leadMm);
+    Polyline closed = leadingOn(path, from, to, backMm);
     closed.insert(closed.begin(), from);
     closed.push_back(to);
     return closed;
@@ -307,6 +308,8 @@ void DemoScript::lookAtThickness()
     enlarge(slices[slices.size() / 2].bone);
     const QPoint centre = waitFor("the view", [] { return sliceView(); }).center();
     hands.drag(centre, centre + QPoint(40, -130), XTestDevice::Right);
+    // The camera has turned about the lowest slice: what lies higher is seen above the centre.
+    hands.drag(centre, centre + QPoint(-60, 230));
     pause(500);
     hands.picture("coloring");
 }
@@ -346,9 +349,11 @@ void DemoScript::showMetrics(int row)
 
 void DemoScript::lookAtRelations()
 {
-    hands.place("Tevora", QRect(QPoint(0, 0), QPoint(1272, 1000)));
+    const QSize small(532, 402); // its corner for sizing must stay on the screen: first smaller, then away
+    hands.place("Stacked Slice Viewer", QRect(QPoint(440, 0), small));
+    hands.place("Stacked Slice Viewer", QRect(QPoint(740, 610), small));
+    hands.place("Tevora", QRect(QPoint(0, 0), QPoint(1272, 580)));
     hands.picture("relations");
-    hands.place("Tevora", besideTheViewer);
 }
 
 void DemoScript::save()

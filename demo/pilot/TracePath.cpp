@@ -69,11 +69,11 @@ Polyline unsteadyPath(const Polyline &line, int side, double unitMm, double step
     return path;
 }
 
-Polyline leadingOn(const Polyline &path, const QPointF &from, const QPointF &to, double leastMm)
+Polyline leadingOn(const Polyline &path, const QPointF &from, const QPointF &to, double backMm)
 {
     const QPointF way = (to - from) / distance(from, to);
     const auto first = std::find_if(path.begin(), path.end(), [&](const QPointF &point) {
-        return QPointF::dotProduct(point - from, way) >= leastMm;
+        return QPointF::dotProduct(point - from, way) >= -backMm;
     });
     return {first, path.end()};
 }

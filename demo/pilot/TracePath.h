@@ -13,9 +13,9 @@ using Polyline = std::vector<QPointF>;
 // stepMm apart. The same seed gives the same path.
 Polyline unsteadyPath(const Polyline &line, int side, double unitMm, double stepMm, std::uint32_t seed);
 
-// The path from its first point on that lies at least leastMm ahead of `from` on the way to `to`: a line that
-// starts with a step backwards makes a poor ribbon. Empty if there is no such point.
-Polyline leadingOn(const Polyline &path, const QPointF &from, const QPointF &to, double leastMm);
+// The path from its first point on that lies at most backMm behind `from` on the way to `to`; empty if there
+// is none.
+Polyline leadingOn(const Polyline &path, const QPointF &from, const QPointF &to, double backMm);
 
 // Area in mm^2 enclosed by two lines that run side by side from a common start to a common end.
 double enclosedArea(const Polyline &first, const Polyline &second);

@@ -50,11 +50,12 @@ TEST(TracePath, turnsWithTheLine)
 
 TEST(TracePath, leadsOnWithoutTheStepsBackwards)
 {
-    // Walking along y: the places on the way are -1, 0.5, 0.2, 0.7 and 3.
-    const Polyline path{{5, 9}, {6, 10.5}, {7, 10.2}, {8, 10.7}, {5, 13}};
-    EXPECT_EQ(leadingOn(path, {5, 10}, {5, 20}, 0.6), (Polyline{{8, 10.7}, {5, 13}}));
+    // Walking along y: the places on the way are -1, 0.5, -0.2, 0.7 and 3.
+    const Polyline path{{5, 9}, {6, 10.5}, {7, 9.8}, {8, 10.7}, {5, 13}};
     EXPECT_EQ(leadingOn(path, {5, 10}, {5, 20}, 0.5).size(), 4u);
-    EXPECT_TRUE(leadingOn(path, {5, 10}, {5, 20}, 4.0).empty());
+    EXPECT_EQ(leadingOn(path, {5, 10}, {5, 20}, 1.0), path);
+    EXPECT_EQ(leadingOn(path, {5, 10}, {5, 20}, -0.6), (Polyline{{8, 10.7}, {5, 13}}));
+    EXPECT_TRUE(leadingOn(path, {5, 10}, {5, 20}, -4.0).empty());
 }
 
 } // namespace
