@@ -104,7 +104,8 @@ private:
     static std::uint64_t hash(const Point &p)
     {
         std::uint64_t h = 0;
-        for (const double value : {p.x, p.y, p.z}) {
+        // w, 1 in all points here, spreads the bits of z: without it, points that differ in z alone crowd.
+        for (const double value : {p.x, p.y, p.z, p.w}) {
             h = (h ^ std::bit_cast<std::uint64_t>(value + 0.0)) * 0x9e3779b97f4a7c15u; // -0.0 as 0.0
             h ^= h >> 32;
         }
@@ -196,6 +197,7 @@ EdgeLines::EdgeLines(std::span<const TriFace> faces, std::span<const std::uint32
     EdgeCollector collector(faces, 3 * numbers.size());
     std::vector<FaceNormal> normals(faces.size());
     for (const std::uint32_t number : numbers) {
+        checkpoint();
         normals[number] = faceNormal(faces[number]);
         for (int edge = 0; edge < 3; ++edge)
             collector.add(number, edge, frame);
@@ -213,6 +215,7 @@ EdgeLines::EdgeLines(std::span<const TriFace> faces, std::span<const std::uint32
         }
     };
     const auto fillNode = [&](LineGroup &node, std::size_t lane, std::size_t first, std::size_t count) {
+        checkpoint();
         const auto bounded = std::span(edges).subspan(first, count);
         const Vector rounded = inFloat(meanPlace(bounded));
         const Triple<double> centre{rounded.x, rounded.y, rounded.z};

@@ -67,7 +67,7 @@ struct EdgeLeaf
 class EdgeLines
 {
 public:
-    // Of the faces with these numbers. checkpoint is called between the steps; what it throws ends the
+    // Of the faces with these numbers. checkpoint is called every few steps; what it throws ends the
     // construction.
     EdgeLines(std::span<const TriFace> faces, std::span<const std::uint32_t> numbers,
               const SearchFrame &frame, const std::function<void()> &checkpoint);
