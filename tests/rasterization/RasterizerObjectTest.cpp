@@ -4,6 +4,7 @@
 #include "meshes/TriMeshObject.h"
 #include "tests/support/CapturedOutput.h"
 #include "tests/support/DrawnContours.h"
+#include "tests/support/MemoryLimit.h"
 #include "tests/support/RasterRun.h"
 #include "tests/support/RasterSources.h"
 #include "tests/support/ScanConversion.h"
@@ -15,11 +16,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 #include <limits>
 #include <numbers>
 #include <random>
-#include <sys/resource.h>
 #include <thread>
 
 namespace {
@@ -62,27 +61,6 @@ int threadCount()
 {
     return static_cast<int>(QDir("/proc/self/task").entryList(QDir::Dirs | QDir::NoDotAndDotDot).size());
 }
-
-// While it lives, this process may take only so many bytes more than it has.
-class MemoryLimit
-{
-public:
-    explicit MemoryLimit(rlim_t moreBytes)
-    {
-        getrlimit(RLIMIT_AS, &former);
-        rlim_t pages = 0;
-        std::ifstream("/proc/self/statm") >> pages;
-        rlimit limit = former;
-        limit.rlim_cur = pages * 4096 + moreBytes;
-        setrlimit(RLIMIT_AS, &limit);
-    }
-    ~MemoryLimit() { setrlimit(RLIMIT_AS, &former); }
-    MemoryLimit(const MemoryLimit &) = delete;
-    MemoryLimit &operator=(const MemoryLimit &) = delete;
-
-private:
-    rlimit former{};
-};
 
 // An outline as a hand draws it: round, with 500 points, a slowly wandering radius and a little noise.
 std::vector<QPointF> freehandOutline(std::mt19937 &random, double size)
@@ -869,11 +847,13 @@ private slots:
                                  BitPlaneRasterizerObject(&contours, 1 << 20, 1 << 20, 1 << 10, 1, 1, 1));
         {
             const MemoryLimit limit(1024 * megabyte);
+            QVERIFY(limit.isSet);
             QVERIFY_THROWS_EXCEPTION(std::bad_alloc,
                                      BitPlaneRasterizerObject(&contours, 2048, 2048, 1024, 1, 1, 1));
         }
         {
             const MemoryLimit limit(1200 * megabyte); // 512 for the voxels, 512 for their textures
+            QVERIFY(limit.isSet);
             QVERIFY_THROWS_EXCEPTION(std::bad_alloc,
                                      BitPlaneRasterizerObject(&contours, 2048, 2048, 128, 1, 1, 1));
         }
