@@ -189,7 +189,44 @@ private slots:
         DialogDriver driver;
         driver.expectFileDialog("Open a single file", QString());
         action("Open Single File (obsolete) ...")->trigger();
+        driver.expectFileDialog("Load images", QString());
+        contour->trigger();
+        driver.expectFileDialog("Load the segmentation", QString());
+        segmentation->trigger();
+        action("Show edge point histograms")->trigger(); // does nothing
         QVERIFY2(driver.verify(), driver.report());
+        QCOMPARE(window.imageManager()->imageCount(), 2);
+    }
+
+    void withoutImages_onlyWhatMakesImagesIsEnabled()
+    {
+        MainWindow window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QCOMPARE(enabledEntries(window),
+                 (QStringList{"&Open Single File ...", "Open &Dicom Series ...",
+                              "Open Dicom Series with Input Filter ...", "E&xit", "New sliced contours"}));
+    }
+
+    // The number comes from the selection, the class of a single row from the current one, which may lie
+    // outside of it.
+    void currentRowOutsideTheSelection_tellsTheClass()
+    {
+        MainWindow window;
+        ImageManager &manager = *window.imageManager();
+        manager.addImage(volume("a"));
+        manager.addImage(new SlicedContoursObject("contours", nullptr));
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        select(window, {0});
+        window.findChild<FileDroppableQListView *>()->selectionModel()->setCurrentIndex(
+            manager.index(1, 0), QItemSelectionModel::NoUpdate);
+        const QStringList enabled = enabledEntries(window);
+        QVERIFY(enabled.contains("Add fragment ...") && enabled.contains("Triangulate"));
+        QVERIFY(!enabled.contains("Mirror ...") && !enabled.contains("Extract Edge Points ..."));
+        window.triangulateSlicedContours();
+        QCOMPARE(manager.imageCount(), 3);
+        QCOMPARE(manager.image(2)->sources(), QList<ImageObject *>{manager.image(1)});
     }
 
     void enablingRules_data()
