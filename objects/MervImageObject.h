@@ -73,7 +73,8 @@ public:
     // Recomputes minimum, maximum and window of the voxels; emits nothing.
     void computeMinMax();
     // Takes the voxels of source where mask is 255 (frame 0, channel 0), in the slices that all three images
-    // have. Nothing if mask and source differ in width or height. Emits nothing.
+    // have. Nothing if mask and source differ in width or height. Emits nothing. The caller holds the locks
+    // of the images that mask and source belong to, where workers write those.
     void copyMaskedVoxels(MERV::Image &mask, MERV::Image &source);
 
     // Sizes the texture buffers for the present image and converts all slices with the window of channel 0.
@@ -91,8 +92,9 @@ public:
     int textureRowPitch() const;
 
     // Guards voxels and texture buffers between threads. Held while slices are converted or drawn; a
-    // worker that writes the voxels holds it for the time of writing. No other lock is taken under it. The
-    // operations of this class take it themselves: do not call them while holding it.
+    // worker that writes the voxels holds it for the time of writing. No other lock is taken under it,
+    // but for that of an image that no worker has: volume first, then the new image that takes voxels from
+    // it. The operations of this class take it themselves: do not call them while holding it.
     std::unique_lock<std::mutex> lockVoxels() const;
 
     // True if the extension string (null: none) names rectangle textures, in any case of letters.

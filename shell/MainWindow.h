@@ -103,6 +103,9 @@ private:
     // Of all selected indexes, in the order of the selection.
     QList<TriMeshObject *> selectedMeshes() const;
 
+    // Where the file dialogs of the unlisted commands start, as their users know it.
+    static constexpr const char *farUp = "../../../../../";
+
     // MainWindowMenus.cpp
     void buildMenus();
     void buildFileMenu();

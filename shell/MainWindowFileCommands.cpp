@@ -14,8 +14,6 @@
 
 namespace {
 
-// Where the obsolete dialog starts, as its users know it.
-const char *const obsoleteStart = "../../../../../";
 QString askForDirectory(const QString &caption)
 {
     return QFileDialog::getExistingDirectory(nullptr, caption, QDir::currentPath(),
@@ -32,7 +30,7 @@ void MainWindow::openFile()
 void MainWindow::openFileObsolete()
 {
     const QString path =
-        QFileDialog::getOpenFileName(this, tr("Open a single file"), obsoleteStart,
+        QFileDialog::getOpenFileName(this, tr("Open a single file"), farUp,
                                      tr("all supported Files (*.dcm; *.mhd; *.bmp; *.vis; *.hdr)\n"
                                         "DICOM Images (*.dcm)\n"
                                         "Meta Images (*.mhd)\n"

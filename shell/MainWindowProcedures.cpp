@@ -24,9 +24,6 @@ namespace {
 
 using Definition = TriMeshDistanceMeasurer::Definition;
 
-// Where the file dialog starts, as its users know it.
-const char *const segmentationStart = "../../../../../";
-
 // What the first contour and everything without a code of its own become in a raster.
 struct RasterCodes
 {
@@ -236,7 +233,7 @@ void MainWindow::loadSegmentation()
     ImageObject *object = currentObject();
     if (object == nullptr)
         return;
-    const QString path = QFileDialog::getOpenFileName(this, tr("Load the segmentation"), segmentationStart,
+    const QString path = QFileDialog::getOpenFileName(this, tr("Load the segmentation"), farUp,
                                                       tr("all supported Files (*.mhd; *.bmp; *.vis; *.hdr)\n"
                                                          "Meta Images (*.mhd)\n"
                                                          "Windows Bitmaps (*.bmp)\n"
@@ -253,7 +250,12 @@ void MainWindow::loadSegmentation()
     if (image == nullptr || mask == nullptr || overlay == nullptr || image->voxels() == nullptr ||
         mask->voxels() == nullptr)
         return;
-    overlay->copyMaskedVoxels(*mask->voxels(), *image->voxels());
+    {
+        // The volume may be a raster that its worker is about to rewrite. No worker has the overlay, whose
+        // own lock is taken inside.
+        const auto lock = image->lockVoxels();
+        overlay->copyMaskedVoxels(*mask->voxels(), *image->voxels());
+    }
     overlay->invalidateTextures();
     emit overlay->updated();
 }

@@ -24,8 +24,11 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
+#include <chrono>
 #include <cmath>
 #include <fstream>
+#include <future>
+#include <thread>
 
 namespace {
 
@@ -577,6 +580,42 @@ private slots:
         // The picture of a slice is converted anew: black at the smallest value, no longer white inside.
         QCOMPARE(int(overlay->displaySlice(0)[3]), 0);
         QVERIFY(int(overlay->displaySlice(0)[0]) < 30);
+    }
+
+    // A raster as the volume: its worker holds the voxels when both copies are there, and writes then.
+    void loadSegmentation_waitsForAWorkerThatWritesTheVolume()
+    {
+        MainWindowScene scene;
+        MervImageObject *volume =
+            scene.addVolume("raster", newVolume(MERV::TypeUChar, {4, 3, 2}, [](int, int, int) { return 7; }));
+        const QString path = writeVolume(
+            "mask3.mhd", newVolume(MERV::TypeUChar, {4, 3, 2}, [](int, int, int) { return 255; }));
+        scene.select({0});
+        std::promise<void> locked;
+        std::promise<void> loaded;
+        connect(&scene.manager(), &ImageManager::layoutChanged, &scene.window, [&] {
+            if (scene.manager().imageCount() == 3)
+                loaded.set_value();
+        });
+        const std::jthread worker([&] {
+            const auto lock = volume->lockVoxels();
+            locked.set_value();
+            loaded.get_future().wait_for(std::chrono::seconds(20));
+            QThread::msleep(50); // time enough to copy the old voxels, if the lock were not heeded
+            for (int z = 0; z < 2; ++z)
+                for (int y = 0; y < 3; ++y)
+                    for (int x = 0; x < 4; ++x)
+                        volume->voxels()->setVoxel(9, x, y, z, 0, 0);
+        });
+        locked.get_future().wait();
+        DialogDriver driver;
+        driver.expectFileDialog("Load the segmentation", path);
+        scene.window.loadSegmentation();
+        QVERIFY2(driver.verify(), driver.report());
+        auto *overlay = scene.fromEnd<MervImageObject>();
+        QCOMPARE(overlay->label(), QString("Reload of mask3"));
+        for (int slice = 0; slice < 2; ++slice)
+            QCOMPARE(countOf(*overlay->voxels(), slice, 9), 12);
     }
 
     void loadSegmentation_ofAnotherSize_staysAsItIs()
