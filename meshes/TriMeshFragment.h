@@ -51,7 +51,8 @@ public:
     std::uint64_t revision() const { return changes; }
 
     // Draws the triangles in the current colour, lit from both sides, with one normal each. What is sent is
-    // kept until the faces change. Leaves the state of OpenGL as it was.
+    // kept until the faces change. Leaves lighting, light 0, the scaling of normals and the depth test off,
+    // and all other state of OpenGL as it was.
     virtual void render(GraphicsObjectRenderAdvisor *advisor);
     // Draws the lines in which the triangles cut the plane a x + b y + c z + d = 0. Always true.
     virtual bool renderSection(GraphicsObjectRenderAdvisor *advisor, const double plane[4]);

@@ -17,8 +17,8 @@ public:
     ClientArrayScope &operator=(const ClientArrayScope &) = delete;
 };
 
-// In the current colour, lit by light 0 from both sides.
-void useLitMaterial()
+// The current colour, on both sides.
+void useShinyMaterial()
 {
     constexpr std::array<GLfloat, 4> specular{0.5f, 0.5f, 0.5f, 1.0f};
     std::array<GLfloat, 4> colour{};
@@ -27,8 +27,6 @@ void useLitMaterial()
     glMaterialfv(GL_FRONT_AND_BACK, GL_SPECULAR, specular.data());
     glMaterialf(GL_FRONT_AND_BACK, GL_SHININESS, 10.0f);
     glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, GL_TRUE);
-    for (const GLenum capability : std::array<GLenum, 4>{GL_LIGHTING, GL_LIGHT0, GL_NORMALIZE, GL_DEPTH_TEST})
-        glEnable(capability);
 }
 
 } // namespace
@@ -49,8 +47,11 @@ void TriMeshFragment::render(GraphicsObjectRenderAdvisor *)
     const auto vertices = drawing();
     if (vertices->empty())
         return;
-    const GlAttributeScope state(GL_CURRENT_BIT | GL_ENABLE_BIT | GL_LIGHTING_BIT);
-    useLitMaterial();
+    // Off again at the end, on purpose also if they were on before.
+    const GlEnableScope lighting(GL_LIGHTING), light(GL_LIGHT0), normalize(GL_NORMALIZE),
+        depth(GL_DEPTH_TEST);
+    const GlAttributeScope state(GL_CURRENT_BIT | GL_LIGHTING_BIT);
+    useShinyMaterial();
     const ClientArrayScope arrays;
     glEnableClientState(GL_NORMAL_ARRAY);
     glEnableClientState(GL_VERTEX_ARRAY);

@@ -292,7 +292,8 @@ private slots:
         QVERIFY(pictures[0] != Sheet().canvas.picture());
     }
 
-    void stateIsLeftAsFound()
+    // Lighting and depth test are off after a mesh, on purpose also if they were on before.
+    void stateIsLeftAsFoundButForLightAndDepth()
     {
         Sheet sheet;
         TriMeshFragment fragment;
@@ -301,16 +302,22 @@ private slots:
         glMaterialfv(GL_FRONT_AND_BACK, GL_AMBIENT_AND_DIFFUSE, odd.data());
         glMaterialf(GL_FRONT_AND_BACK, GL_SHININESS, 77.0f);
         glNormal3f(0.0f, 1.0f, 0.0f);
-        for (const bool on : {false, true}) {
+        for (const bool twoSided : {false, true}) {
+            glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, twoSided ? GL_TRUE : GL_FALSE);
+            const std::vector<double> off = openGlState();
+            fragment.renderSection(nullptr, plane);
+            QVERIFY(openGlState() == off);
+            fragment.render(nullptr);
+            QVERIFY(openGlState() == off);
             for (const GLenum capability :
                  std::initializer_list<GLenum>{GL_LIGHTING, GL_LIGHT0, GL_NORMALIZE, GL_DEPTH_TEST})
-                on ? glEnable(capability) : glDisable(capability);
-            glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, on ? GL_TRUE : GL_FALSE);
-            const std::vector<double> before = openGlState();
-            fragment.render(nullptr);
-            QVERIFY(openGlState() == before);
+                glEnable(capability);
+            const std::vector<double> on = openGlState();
+            QVERIFY(on != off);
             fragment.renderSection(nullptr, plane);
-            QVERIFY(openGlState() == before);
+            QVERIFY(openGlState() == on);
+            fragment.render(nullptr);
+            QVERIFY(openGlState() == off);
         }
     }
 
