@@ -1,15 +1,12 @@
 #include "meshes/ThicknessMeasurement.h"
 
+#include "meshes/DistinctItems.h"
 #include "meshes/geometry/ClosestPointIndex.h"
 #include "meshes/geometry/NearestHitIndex.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
-#include <limits>
-#include <utility>
 
 using MERV::BRep::ClosestPointIndex;
 using MERV::BRep::FacePoint;
@@ -30,55 +27,25 @@ struct BaseVertex
     const TriFace *face = nullptr;
 };
 
-// Equal coordinates, -0.0 and 0.0 among them, have equal hashes.
-std::size_t hashOf(const Point &point)
+struct SameCoordinates
 {
-    std::uint64_t hash = 0;
-    for (const double coordinate : {point.x, point.y, point.z, point.w}) {
-        hash ^= std::bit_cast<std::uint64_t>(coordinate == 0.0 ? 0.0 : coordinate);
-        hash *= 0x9E3779B97F4A7C15U; // 2^64 / golden ratio: spreads each bit upwards
-        hash ^= hash >> 32U;
-    }
-    return hash;
-}
-
-// The vertices met so far, each once, found again through an open hash table.
-class DistinctVertices
-{
-public:
-    explicit DistinctVertices(std::size_t maximalCount)
-        : places(std::bit_ceil(2 * maximalCount + 1), none)
-    {}
-
-    void add(const Point &point, const TriFace &face)
+    static std::size_t hash(const BaseVertex &vertex)
     {
-        vertices.push_back({point, &face});
-        if (!point.sameCoordinates(point))
-            return; // a NaN equals nothing, itself neither: it is taken each time and never looked for
-        std::size_t place = hashOf(point) & (places.size() - 1);
-        for (; places[place] != none; place = (place + 1) & (places.size() - 1))
-            if (vertices[places[place]].point.sameCoordinates(point)) {
-                vertices.pop_back();
-                return;
-            }
-        places[place] = vertices.size() - 1;
+        const Point &point = vertex.point;
+        return hashOfNumbers({point.x, point.y, point.z, point.w});
     }
-
-    std::vector<BaseVertex> take() { return std::move(vertices); }
-
-private:
-    static constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
-
-    std::vector<BaseVertex> vertices;
-    std::vector<std::size_t> places; // in vertices
+    static bool same(const BaseVertex &left, const BaseVertex &right)
+    {
+        return left.point.sameCoordinates(right.point);
+    }
 };
 
 std::vector<BaseVertex> distinctVertices(std::span<const TriFace> faces)
 {
-    DistinctVertices distinct(faces.size() * cornersOfAFace);
+    DistinctItems<BaseVertex, SameCoordinates> distinct(faces.size() * cornersOfAFace);
     for (const TriFace &face : faces)
         for (int corner = 0; face.isValid() && corner < cornersOfAFace; ++corner)
-            distinct.add(face.vertex(corner), face);
+            distinct.add({face.vertex(corner), &face});
     return distinct.take();
 }
 
