@@ -172,6 +172,10 @@ TEST(TriFace, isHitThroughEdgesAndVertices)
     EXPECT_TRUE(rightAngled.hitBy(upwardsAt(2, 2)));
     EXPECT_TRUE(rightAngled.hitBy(upwardsAt(0, 0)));
     expectPoint(rightAngled.intersection(upwardsAt(4, 0)), 4, 0, 0);
+    // At (4, 0), vertex 1, edges 0 and 1 are met; for edge 2, (0,-4) x (4,-4) = 16.
+    EXPECT_EQ(side(rightAngled.edge(0), upwardsAt(4, 0)), 0.0);
+    EXPECT_EQ(side(rightAngled.edge(1), upwardsAt(4, 0)), 0.0);
+    EXPECT_EQ(side(rightAngled.edge(2), upwardsAt(4, 0)), 16.0);
 }
 
 // On purpose: one side that is exactly zero is a hit, though the line meets the edge's line beyond its ends.
@@ -185,6 +189,8 @@ TEST(TriFace, isHitByALineThroughTheExtensionOfAnEdge)
 TEST(TriFace, isHitByALineInItsPlaneButDoesNotIntersectIt)
 {
     const Line within(Point(1, 1, 0), Point(2, 3, 0));
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(side(rightAngled.edge(i), within), 0.0);
     EXPECT_TRUE(rightAngled.hitBy(within));
     EXPECT_FALSE(rightAngled.intersection(within).valid);
 }

@@ -105,6 +105,19 @@ TEST(RigidStep, ofASinglePointIsATranslation)
     EXPECT_EQ(step->translation.z, 2.0);
 }
 
+// Two points on the x axis and 5 mm beside it: m = 0, y = (0, 5, 0), S = diag(1, 0, 0), Q = diag(1, 1, -1,
+// -1). By rising eigenvalue the vectors are the units of q2, q3, q0, q1, as equal values keep their order.
+// The first of the two best is that of q0, no rotation; that of q1 would be half a turn about the line.
+TEST(RigidStep, takesTheFirstOfEqualEigenvalues)
+{
+    const auto step = stepFor({{-1, 0, 0}, {1, 0, 0}}, {{-1, 5, 0}, {1, 5, 0}});
+    ASSERT_TRUE(step);
+    EXPECT_THAT(step->quaternion, ElementsAre(1.0, 0.0, 0.0, 0.0));
+    EXPECT_EQ(step->translation.x, 0.0);
+    EXPECT_EQ(step->translation.y, 5.0);
+    EXPECT_EQ(step->translation.z, 0.0);
+}
+
 TEST(RigidStep, isAbsentWithoutPairsAndForSumsThatAreNotFinite)
 {
     EXPECT_FALSE(rigidStep(PairSums(), {0, 0, 0}));

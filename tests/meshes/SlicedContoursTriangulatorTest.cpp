@@ -204,9 +204,27 @@ private slots:
         TriMeshFragment *mesh = triangulator.fragment(0);
         QCOMPARE(mesh->faceCount(), 4);
         const QSignalSpy plain(mesh, plainUpdated()), withObject(mesh, meshUpdated());
+        const CapturedOutput output;
         delete second;
         QCOMPARE(mesh->faceCount(), 0);
         QCOMPARE(plain.count(), 0);
+        QCOMPARE(withObject.count(), 1);
+        QVERIFY(output.standardOutput().isEmpty() && output.standardError().isEmpty());
+    }
+
+    // It is the number of lines that counts for updated(), not that of levels or faces.
+    void linesOfOneLevel_makeNoFaceButAreAnnounced()
+    {
+        SlicedContoursObject contours;
+        SlicedContoursFragment *fragment = contours.newFragment(QStringLiteral("f"));
+        addLine(*fragment, 1.0f, bend);
+        SlicedContoursSegment *second = addLine(*fragment, 1.0f, bend);
+        const SlicedContoursTriangulator triangulator(&contours);
+        const QSignalSpy plain(triangulator.fragment(0), plainUpdated());
+        const QSignalSpy withObject(triangulator.fragment(0), meshUpdated());
+        second->addPointBack({9.0, 9.0});
+        QCOMPARE(triangulator.fragment(0)->faceCount(), 0);
+        QCOMPARE(plain.count(), 1);
         QCOMPARE(withObject.count(), 1);
     }
 
@@ -335,6 +353,25 @@ private slots:
         triangulator.retriangulate();
         QCOMPARE(last.count(), 0);
         QCOMPARE(whole.count(), 1);
+    }
+
+    void sourceDeletedByAListener_endsTheRebuild()
+    {
+        auto contours = std::make_unique<SlicedContoursObject>();
+        for (int f = 0; f < 3; ++f) {
+            SlicedContoursFragment *fragment = contours->newFragment(QString::number(f));
+            addLine(*fragment, 0.0f, bend);
+            addLine(*fragment, 1.0f, bend);
+        }
+        SlicedContoursTriangulator triangulator(contours.get());
+        TriMeshFragment *mesh = triangulator.fragment(1);
+        connect(mesh, plainUpdated(), &triangulator, [&] { contours.reset(); });
+        const QSignalSpy own(mesh, meshUpdated()), last(triangulator.fragment(2), meshUpdated());
+        triangulator.retriangulate();
+        QCOMPARE(mesh->faceCount(), 4);
+        QCOMPARE(own.count(), 1);
+        QCOMPARE(last.count(), 0);
+        QCOMPARE(triangulator.sources(), QList<ImageObject *>());
     }
 
     void noSource_isReportedInTheAgreedWords()

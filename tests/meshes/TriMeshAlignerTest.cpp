@@ -268,6 +268,33 @@ private slots:
             QVERIFY(rms[i] < rms[i - 1]);
     }
 
+    // The corners are at most 0.35 mm from the box and 8.6 mm or more from each of its middle axes: they turn
+    // it by about 0.04 at most, and the cosine of half of that is 0.9998.
+    void translation_hardlyTurnsInTheFirstRound()
+    {
+        const Mesh base(QStringLiteral("base"), box(10, 14, 20));
+        const Mesh free(QStringLiteral("free"), movedBy(box(10, 14, 20), shift(0.3, -0.15, 0.075)));
+        const CapturedOutput output;
+        const TriMeshAligner aligner(base.fragment, free.fragment);
+        const QString first = linesFrom(output, QStringLiteral("Eigenvector is ")).front();
+        const double q0 = first.section(QLatin1Char(' '), 2, 2).remove(QLatin1Char(',')).toDouble();
+        QVERIFY2(std::abs(q0) > 0.999, qPrintable(first));
+    }
+
+    // Nothing of a run is kept for the next one: it says and does the same again.
+    void everyRun_beginsWhereTheFreeFragmentIs()
+    {
+        const Mesh base(QStringLiteral("base"), wideTriangle);
+        const Mesh free(QStringLiteral("free"), {{{-1, -1, 2}, {1, -1, 2}, {0, 2, 2}}});
+        const CapturedOutput output;
+        TriMeshAligner aligner(base.fragment, free.fragment);
+        const QString once = output.standardOutput();
+        const Faces result = facesOf(*aligner.fragment(0));
+        aligner.realign();
+        QCOMPARE(output.standardOutput(), once + once);
+        QVERIFY(identical(facesOf(*aligner.fragment(0)), result));
+    }
+
     void result_isThatOfThePlainRounds()
     {
         std::mt19937 random(11);
@@ -495,21 +522,39 @@ private slots:
         QCOMPARE(aligner.fragment(0)->faceCount(), 1);
     }
 
-    void baseClosedByAListener_endsTheRun()
+    void sourceClosedByAListener_endsTheRun_data()
     {
-        const Mesh base(QStringLiteral("base"), wideTriangle);
-        const Mesh free(QStringLiteral("free"), {{{-1, -1, 2}, {1, -1, 2}, {0, 2, 2}}});
+        QTest::addColumn<bool>("isBase");
+        QTest::addColumn<bool>("isDeleted");
+        QTest::newRow("base") << true << false;
+        QTest::newRow("free") << false << false;
+        QTest::newRow("base, deleted") << true << true;
+        QTest::newRow("free, deleted") << false << true;
+    }
+
+    void sourceClosedByAListener_endsTheRun()
+    {
+        QFETCH(const bool, isBase);
+        QFETCH(const bool, isDeleted);
+        Mesh base(QStringLiteral("base"), wideTriangle);
+        Mesh free(QStringLiteral("free"), {{{-1, -1, 2}, {1, -1, 2}, {0, 2, 2}}});
+        std::unique_ptr<TriMeshObject> &closing = (isBase ? base : free).object;
         const CapturedOutput quiet;
         TriMeshAligner aligner(base.fragment, free.fragment);
+        const Faces copy = facesOf(*aligner.fragment(0));
         const QSignalSpy updates(&aligner, &GraphicsObject::updated);
         const QSignalSpy output(aligner.fragment(0), meshUpdated());
         connect(&aligner, &GraphicsObject::updated, this, [&] {
-            if (updates.count() == 3)
-                aligner.detachFrom(base.object.get());
+            if (updates.count() != 3)
+                return;
+            aligner.detachFrom(closing.get());
+            if (isDeleted)
+                closing.reset();
         });
         aligner.realign();
         QCOMPARE(updates.count(), 3);
         QCOMPARE(output.count(), 1);
+        QVERIFY(largestDistance(facesOf(*aligner.fragment(0)), copy) < 1e-12);
     }
 
     // The run of the change is the one whose result stays.
@@ -550,10 +595,15 @@ private slots:
         QCOMPARE(aligner.fragment(0)->faceCount(), 0);
     }
 
-    // The live base is what is searched, also by the rounds of a run that has begun.
+    // The live base is what is searched, also by the rounds of a run that has begun, and also if the faces
+    // that were found before are no longer there.
     void baseChangedByAListener_isSearchedAsItIs()
     {
-        const Mesh base(QStringLiteral("base"), wideTriangle);
+        Faces manyFaces = box(1, 1, 1);
+        for (TriFace &face : manyFaces)
+            face = movedBy({face}, shift(0, 0, 500)).front();
+        manyFaces.push_back(wideTriangle.front());
+        const Mesh base(QStringLiteral("base"), manyFaces);
         const Mesh free(QStringLiteral("free"), {{{-1, -1, 2}, {1, -1, 2}, {0, 2, 2}}});
         const CapturedOutput quiet;
         TriMeshAligner aligner(base.fragment, free.fragment);

@@ -210,6 +210,12 @@ private slots:
         QVERIFY(lines[1] == (SectionVertex{1, 3, 2}));
         QVERIFY(lines[2] == (SectionVertex{1, 0, 3}));
         QVERIFY(lines[3] == (SectionVertex{1, 3, 3}));
+        // x = 4 touches vertex 1: a line without length. Ends are divided by their weight.
+        const std::vector<TriFace> touched{{{0, 0, 4, 2}, {8, 0, 4, 2}, {0, 8, 4, 2}}};
+        const std::vector<SectionVertex> point = sectionLines(touched, planeOf(1, 0, 0, -4));
+        QCOMPARE(point.size(), std::size_t{2});
+        QVERIFY(point[0] == (SectionVertex{4, 0, 2}));
+        QVERIFY(point[1] == (SectionVertex{4, 0, 2}));
     }
 };
 

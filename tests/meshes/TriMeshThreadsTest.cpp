@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <thread>
 #include <vector>
@@ -72,6 +73,26 @@ private:
     std::atomic<int> looks{0};
     std::vector<std::thread> threads;
 };
+
+// Calls touch while another thread holds the lock for a moment. True if that had let go when touch was done.
+bool waits(TriMeshFragment &fragment, bool forWriting, const std::function<void()> &touch)
+{
+    std::atomic<bool> taken{false};
+    std::atomic<bool> over{false};
+    std::thread holder([&] {
+        forWriting ? fragment.lockForWrite() : fragment.lockForRead();
+        taken = true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        over = true;
+        fragment.unlock();
+    });
+    while (!taken)
+        std::this_thread::yield();
+    touch();
+    const bool waited = over;
+    holder.join();
+    return waited;
+}
 
 } // namespace
 
@@ -148,6 +169,30 @@ private slots:
             }
         }
         QCOMPARE(faults.load(), 0);
+    }
+
+    void changesWaitForAReader()
+    {
+        TriMeshFragment fragment;
+        QVERIFY(waits(fragment, false, [&] { fragment.addFace(markedFace(1)); }));
+        QVERIFY(waits(fragment, false, [&] { fragment.clear(); }));
+        QVERIFY(waits(fragment, false, [&] { fragment.setFaces(markedFaces(2, 1)); }));
+        QVERIFY(waits(fragment, false, [&] { fragment.setLabel("other"); }));
+        QCOMPARE(fragment.faceCount(), 2);
+    }
+
+    void readersWaitForAChange()
+    {
+        TriMeshFragment fragment;
+        fragment.setFaces(markedFaces(2, 1));
+        QVERIFY(waits(fragment, true, [&] { QCOMPARE(fragment.faceCount(), 2); }));
+        QVERIFY(waits(fragment, true, [&] { QVERIFY(isMarked(fragment.face(1), 1)); }));
+        QVERIFY(waits(fragment, true, [&] { QCOMPARE(TriMeshFragment(fragment).size(), std::size_t{2}); }));
+        // face() has let go of the lock although its answer is still in use.
+        const TriFace &face = fragment.face(0);
+        QVERIFY(fragment.tryLockForWrite());
+        fragment.unlock();
+        QVERIFY(isMarked(face, 1));
     }
 
     void destructorWaitsForAReader()
