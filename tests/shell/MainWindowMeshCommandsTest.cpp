@@ -11,6 +11,7 @@
 #include "meshes/TriMeshDistanceMeasurer.h"
 #include "tests/shell/MainWindowScene.h"
 #include "tests/support/DialogDriver.h"
+#include "tests/support/DrawnBox.h"
 #include "tests/support/MemoryLimit.h"
 #include "tests/support/PrivateSettings.h"
 #include "tests/support/XHand.h"
@@ -421,6 +422,7 @@ private slots:
         QFETCH(bool, meshFirst);
         MainWindowScene scene;
         TriMeshObject *mesh = scene.addMesh("<i>mesh</i> %2", {"a", "b"});
+        mesh->fragment(1)->setFaces({TriFace({20, 10, 0}, {28, 10, 0}, {20, 18, 0})});
         auto *measurer = scene.add(new TriMeshDistanceMeasurer(mesh->fragment(0), mesh->fragment(1), "d%1"));
         if (meshFirst)
             scene.select({0, 1});
@@ -442,10 +444,13 @@ private slots:
         scene.window.colorTriangulation();
         QVERIFY2(driver.verify(), driver.report());
         QCOMPARE(scene.manager().imageCount(), 3);
-        const auto *coloring = scene.fromEnd<ColoringTriMeshRenderer>();
+        auto *coloring = scene.fromEnd<ColoringTriMeshRenderer>();
         QVERIFY(coloring);
         QCOMPARE(coloring->label(), QString("Coloring of <i>mesh</i> %2 according to d%1"));
         QCOMPARE(coloring->sources(), (QList<ImageObject *>{mesh, measurer}));
+        const QRectF box = drawnBox(*coloring); // of the chosen fragment
+        QVERIFY(!box.isEmpty());
+        QVERIFY(QRectF(19.5, 9.5, 9, 9).contains(box));
 
         driver.expect<QDialog>("color", [](QDialog *dialog) { QTest::keyClick(dialog, Qt::Key_Escape); });
         scene.window.colorTriangulation();

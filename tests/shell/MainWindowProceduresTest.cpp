@@ -14,6 +14,7 @@
 #include "serialization/formats/SlicSerializer.h"
 #include "tests/shell/MainWindowScene.h"
 #include "tests/support/DialogDriver.h"
+#include "tests/support/DrawnBox.h"
 #include "tests/support/PrivateSettings.h"
 #include "view/GraphicsPod.h"
 #include "view/ImageComposition.h"
@@ -302,6 +303,25 @@ private slots:
         QVERIFY(near(thickness->sampleAt({20, 10, 1}), 12.0));
         QVERIFY(near(minimum->sampleAt({10, 10, 1}), 2.0));
         QVERIFY(near(minimum->sampleAt({20, 10, 1}), 6.0 * std::sqrt(2.0)));
+    }
+
+    void patella_colorsTheBoneSide()
+    {
+        MainWindowScene scene;
+        scene.addVolume("knee", kneeVoxels());
+        scene.select({0});
+        runPatella(scene, "Yes");
+        auto *contours = dynamic_cast<SlicedContoursObject *>(scene.manager().image(1));
+        // Ribbons from y = 10 up to 14 on the bone side, from 22 to 26 on the surface.
+        for (const float z : {1.0f, 3.0f}) {
+            drawLine(contours->fragment(0), z, {10, 8.0 + 2.0 * z}, {20, 8.0 + 2.0 * z});
+            drawLine(contours->fragment(1), z, {10, 20.0 + 2.0 * z}, {20, 20.0 + 2.0 * z});
+        }
+        for (const int row : {7, 8}) {
+            const QRectF box = drawnBox(*scene.manager().image(row));
+            QVERIFY(!box.isEmpty());
+            QVERIFY(QRectF(9.5, 9.5, 11, 5).contains(box));
+        }
     }
 
     void labels_takeTheNameAsItIs()
