@@ -20,6 +20,7 @@
 #include "tests/viewer/RealKneeScene.h"
 #include "view/GraphicsPod.h"
 
+#include <QComboBox>
 #include <QMessageBox>
 
 #include <algorithm>
@@ -464,7 +465,10 @@ void RealKneeProcedureTest::writePicture()
         return;
     scene->viewer->addObject(scene->manager().image(MinimumColoringRow));
     ImageComposition &shown = *scene->composition();
-    shown.setData(shown.index(coloringPod, ImageComposition::DisplayScopeColumn), "Volume");
+    auto *scope = qobject_cast<QComboBox *>(
+        scene->tree()->indexWidget(shown.index(coloringPod, ImageComposition::DisplayScopeColumn)));
+    QVERIFY(scope != nullptr);
+    scope->setCurrentText("Volume");
     shown.setData(shown.index(contoursPod, ImageComposition::DisplayColumn), false);
     scene->viewer->findChild<QSplitter *>()->setSizes({550, 170});
     scene->chooseMode("Perspective");
