@@ -1,12 +1,13 @@
 #include "contours/BasicSliceEdgePointExtractor.h"
 
 #include "Common/Image.h"
-#include "platform/ParallelFor.h"
 #include "objects/MervImageObject.h"
 #include "objects/SlicePositions.h"
+#include "platform/ParallelFor.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 #include <memory>
 
@@ -44,27 +45,38 @@ void BasicSliceEdgePointExtractor::postProcess() {}
 
 void BasicSliceEdgePointExtractor::extractSlice(int slice)
 {
-    const MERV::Image *image = imageObject->voxels();
-    ByteSlice bytes{nullptr, image->getWidth(), image->getHeight(), 0};
-    std::unique_ptr<Workplace> place;
-    {
-        const std::lock_guard lock(extractionMutex);
-        bytes.bytes = imageObject->displaySlice(slice);
-        bytes.rowPitch = imageObject->textureRowPitch();
-        if (!freeWorkplaces.empty()) {
-            place = std::move(freeWorkplaces.back());
-            freeWorkplaces.pop_back();
-        }
+    std::unique_ptr<Workplace> place = takeWorkplace();
+    const ByteSlice bytes = copySlice(slice, place->bytes);
+    if (bytes.bytes != nullptr) {
+        place->detector.detect(bytes, SlicePlacement{spacingX, spacingY, sliceCentre(slice, spacingZ)},
+                               place->found);
+        points[static_cast<std::size_t>(slice)].assign(place->found.begin(), place->found.end());
     }
-    if (bytes.bytes == nullptr)
-        return;
-    if (!place)
-        place = std::make_unique<Workplace>();
-    place->detector.detect(bytes, SlicePlacement{spacingX, spacingY, sliceCentre(slice, spacingZ)},
-                           place->found);
-    points[static_cast<std::size_t>(slice)].assign(place->found.begin(), place->found.end());
     const std::lock_guard lock(extractionMutex);
     freeWorkplaces.push_back(std::move(place));
+}
+
+std::unique_ptr<BasicSliceEdgePointExtractor::Workplace> BasicSliceEdgePointExtractor::takeWorkplace()
+{
+    const std::lock_guard lock(extractionMutex);
+    if (freeWorkplaces.empty())
+        return std::make_unique<Workplace>();
+    std::unique_ptr<Workplace> place = std::move(freeWorkplaces.back());
+    freeWorkplaces.pop_back();
+    return place;
+}
+
+// A worker that draws the image may convert the slice anew: it is read under the lock of the voxels only.
+ByteSlice BasicSliceEdgePointExtractor::copySlice(int slice, std::vector<unsigned char> &bytes) const
+{
+    const unsigned char *shown = imageObject->displaySlice(slice);
+    const auto lock = imageObject->lockVoxels();
+    if (shown == nullptr)
+        return {};
+    const MERV::Image *image = imageObject->voxels();
+    const int rowPitch = imageObject->textureRowPitch();
+    bytes.assign(shown, shown + static_cast<std::ptrdiff_t>(rowPitch) * image->getHeight());
+    return {bytes.data(), image->getWidth(), image->getHeight(), rowPitch};
 }
 
 EdgePointList *BasicSliceEdgePointExtractor::edgePointsAround(float x, float y, float z, float radius)

@@ -54,14 +54,18 @@ private:
     // What one thread needs for one slice; kept from slice to slice during an extraction.
     struct Workplace
     {
+        std::vector<unsigned char> bytes; // of the slice
         SliceEdgeDetector detector;
         std::vector<EdgePoint> found;
     };
 
+    std::unique_ptr<Workplace> takeWorkplace();
+    // The display slice of the image, in bytes; a null slice if there is none.
+    ByteSlice copySlice(int slice, std::vector<unsigned char> &bytes) const;
     const std::vector<Block> &blocksOf(int slice);
     std::array<float, 3> extents() const;
 
-    std::mutex extractionMutex; // for asking the image for a display slice, and for freeWorkplaces
+    std::mutex extractionMutex; // guards freeWorkplaces
     std::vector<std::unique_ptr<Workplace>> freeWorkplaces;
     std::vector<std::vector<Block>> blocks; // made when a slice is first asked for; empty before
     mutable std::array<float, 3> extent{};

@@ -1,7 +1,9 @@
+#include "contours/ConventionalSliceEdgePointExtractor.h"
 #include "meshes/BitPlaneRasterizerObject.h"
 #include "meshes/TriMeshFragment.h"
 #include "meshes/TriMeshObject.h"
 #include "objects/SliceSelector.h"
+#include "serialization/formats/MhdSerializer.h"
 #include "tests/support/DrawnContours.h"
 #include "tests/support/GlCanvas.h"
 #include "tests/support/RasterRun.h"
@@ -9,6 +11,8 @@
 #include "tests/support/TestVolume.h"
 
 #include <QDeadlineTimer>
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <algorithm>
@@ -91,6 +95,42 @@ std::vector<MERV::BRep::TriFace> teeth(int count)
         faces.emplace_back(MERV::BRep::Point(i, 0, 0), MERV::BRep::Point(i + 1, 0, 0),
                            MERV::BRep::Point(i, 8, 0));
     return faces;
+}
+
+// Fills all of a raster with another code in each run, and asks for the next run in each: its worker never
+// rests.
+class CodePerRun : public ScriptedSource
+{
+public:
+    static constexpr int side = 256, depth = 8;
+
+    CodePerRun()
+        : ScriptedSource([this](float zMin) { drawSlab(zMin); })
+        , raster(this, side, side, depth, 1, 1, 1)
+    {
+        raster.voxels()->setVerbose(0);
+        raster.invalidateRasterization();
+    }
+
+    std::atomic<int> run{0};
+    BitPlaneRasterizerObject raster;
+
+private:
+    void drawSlab(float zMin)
+    {
+        if (zMin == 0.0f) {
+            ++run;
+            raster.invalidateRasterization();
+        }
+        const auto code = static_cast<GLubyte>(run % 256);
+        glColor4ub(code, code, code, code);
+        fill(0, 0, side, side);
+    }
+};
+
+bool isOfOneCode(const QByteArray &bytes)
+{
+    return bytes.count(bytes.front()) == bytes.size();
 }
 
 // Draws as a view does, on the main thread.
@@ -199,30 +239,84 @@ private slots:
         QCOMPARE(rasterBytes(second), expected);
     }
 
-    // Each run fills the whole raster with another code. Whenever one looks, it is of a single code.
+    // Whenever one looks at the raster, it is of a single code.
     void rasterIsPublishedAsAWhole()
     {
+        CodePerRun source;
+        std::set<char> seen;
+        while (source.run < 200) {
+            const std::vector<unsigned char> bytes = rasterBytes(source.raster);
+            const QByteArray copy(reinterpret_cast<const char *>(bytes.data()), qsizetype(bytes.size()));
+            seen.insert(copy.front());
+            QVERIFY(isOfOneCode(copy));
+        }
+        QVERIFY(seen.size() > 2);
+    }
+
+    void rasterIsSavedAsAWhole()
+    {
+        const QTemporaryDir folder;
+        CodePerRun source;
+        MhdSerializer serializer;
+        std::set<char> seen;
+        while (source.run < 200) {
+            QVERIFY(
+                serializer.serialize(&source.raster, folder.filePath("raster.mhd").toStdWString().c_str()));
+            QFile file(folder.filePath("raster.raw"));
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            const QByteArray saved = file.readAll();
+            QCOMPARE(saved.size(), qsizetype(source.side) * source.side * source.depth);
+            seen.insert(saved.front());
+            QVERIFY(isOfOneCode(saved));
+        }
+        QVERIFY(seen.size() > 2);
+    }
+
+    // Who copies from a raster holds the lock of its voxels. All of them are taken, so they are of one code.
+    void voxelsAreTakenFromARasterAsAWhole()
+    {
+        CodePerRun source;
+        const VolumeSize size{source.side, source.side, source.depth};
+        const auto mask = newVolume(MERV::TypeUChar, size, [](int, int, int) { return 255; });
+        MervImageObject overlay(newVolume(MERV::TypeUChar, size).release(), "/o.mhd");
+        for (int i = 0; i < 20 || source.run < 20; ++i) {
+            {
+                const auto lock = source.raster.lockVoxels();
+                overlay.copyMaskedVoxels(*mask, *source.raster.voxels());
+            }
+            const auto *first = static_cast<const char *>(overlay.voxels()->getFrameData(0));
+            QVERIFY(isOfOneCode(QByteArray(first, qsizetype(overlay.voxels()->getValueCount()))));
+        }
+    }
+
+    // One worker writes a raster, another one draws it as its own source, and the main thread looks for the
+    // edges of the square in it, which has one of two greys.
+    void edgePointsAreExtractedWhileTheWorkersDraw()
+    {
+        constexpr int depth = 4;
         std::atomic<int> run{0};
         ScriptedSource source([&](float zMin) {
             run += zMin == 0.0f ? 1 : 0;
-            const auto code = static_cast<GLubyte>(run % 256);
+            const GLubyte code = run % 2 == 0 ? 255 : 127;
             glColor4ub(code, code, code, code);
-            ScriptedSource::fill(0, 0, 256, 256);
+            ScriptedSource::fill(64, 64, 192, 192);
         });
-        BitPlaneRasterizerObject raster(&source, 256, 256, 64, 1, 1, 1);
-        std::vector<unsigned char> bytes(256 * 256 * 64);
-        std::set<unsigned char> seen;
-        while (run < 30) {
-            raster.invalidateRasterization();
-            {
-                const auto lock = raster.lockVoxels();
-                const auto *first = static_cast<const unsigned char *>(raster.voxels()->getFrameData(0));
-                std::copy_n(first, bytes.size(), bytes.begin());
-            }
-            seen.insert(bytes.front());
-            QCOMPARE(std::count(bytes.begin(), bytes.end(), bytes.front()), std::ptrdiff_t(bytes.size()));
+        BitPlaneRasterizerObject first(&source, 256, 256, depth, 1, 1, 1);
+        BitPlaneRasterizerObject second(&first, 256, 256, depth, 1, 1, 1);
+        second.setBitCode(&first, 255);
+        RasterRuns firstRuns(first);
+        QVERIFY(firstRuns.run());
+        const std::size_t atRest = ConventionalSliceEdgePointExtractor(&first).slicePoints(0).size();
+        QVERIFY(atRest >= 4 * 127); // at least the pixels along the sides
+        for (int i = 0; i < 100; ++i) {
+            first.invalidateRasterization();
+            second.invalidateRasterization();
+            const ConventionalSliceEdgePointExtractor extractor(&first);
+            for (int slice = 0; slice < depth; ++slice)
+                QCOMPARE(extractor.slicePoints(slice).size(), atRest);
+            QThread::usleep(500);
         }
-        QVERIFY(seen.size() > 2);
+        second.detachFrom(&first);
     }
 
     // Codes change while the worker asks for them.
