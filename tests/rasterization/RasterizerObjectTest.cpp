@@ -15,6 +15,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <limits>
 #include <numbers>
@@ -333,6 +334,59 @@ private slots:
                          "Deleting Rasterizer Object ...\n"
                          "Rasterizer Object deleted.\n"));
         QCOMPARE(output.standardError(), QString());
+    }
+
+    // A worker that is at rest ends between the two messages of the destructor.
+    void deletionTellsOfTheEndOfTheLoopInBetween()
+    {
+        CapturedOutput output;
+        SlicedContoursObject contours;
+        auto raster = std::make_unique<BitPlaneRasterizerObject>(&contours, 4, 4, 1, 1, 1, 1);
+        QTRY_VERIFY(output.standardOutput().contains("Now entering Rasterizer main loop ...\n"));
+        raster.reset();
+        QVERIFY(output.standardOutput().endsWith("Deleting Rasterizer Object ...\n"
+                                                 "Exiting Rasterizer event loop ...\n"
+                                                 "Rasterizer Object deleted.\n"));
+    }
+
+    // An error of one run is told when the next one starts: 1280 is that of an unknown capability.
+    void errorsOfOpenGlAreToldByTheNextRun()
+    {
+        CapturedOutput output;
+        ScriptedSource source([](float) { glEnable(0xFFFF); });
+        RasterizerObject raster(&source, 1, 1, 1, 1, 1, 1);
+        RasterRuns runs(raster);
+        QVERIFY(runs.run());
+        QVERIFY(output.standardOutput().contains(", OpenGL error flags are 0\n"));
+        QVERIFY(!output.standardOutput().contains("1280"));
+        QVERIFY(runs.run());
+        QVERIFY(output.standardOutput().contains(", OpenGL error flags are 1280\n"));
+        raster.stopWorking();
+    }
+
+    // Who hears of a raster finds it up to date and in the image; the message comes last.
+    void runEndsInTheOrderFlagImageSignalMessage()
+    {
+        CapturedOutput output;
+        ScriptedSource source([](float) { ScriptedSource::fill(0, 0, 1, 1); });
+        std::atomic<int> signalled{0}, current{0}, copied{0}, told{0};
+        RasterizerObject raster(&source, 1, 1, 1, 1, 1, 1);
+        connect(
+            &raster, qOverload<>(&GraphicsObject::updated), &raster,
+            [&] {
+                current += raster.isStale() ? 0 : 1;
+                copied += rasterBytes(raster) == std::vector<unsigned char>{255} ? 1 : 0;
+                told += output.standardOutput().contains("Rasterization finished in thread id ") ? 1 : 0;
+                ++signalled;
+            },
+            Qt::DirectConnection);
+        raster.invalidateRasterization();
+        QTRY_COMPARE(signalled.load(), 1);
+        QCOMPARE(current.load(), 1);
+        QCOMPARE(copied.load(), 1);
+        QCOMPARE(told.load(), 0);
+        raster.stopWorking();
+        QVERIFY(output.standardOutput().contains("Rasterization finished in thread id "));
     }
 
     // Three outlines by hand per slice, toggled over each other, against plain code: the two may differ only
