@@ -1,6 +1,7 @@
 // Painting a mesh of 100,000 faces coloured by samples, beside the same triangles from one vertex array and
 // beside the plain drawing face by face. Needs a display. "bytes/face" counts the faces as they lie in the
 // fragment and all that colouring keeps; "cuts/face" are the crossings of a face with the scale's breaks.
+#include "benchmarks/WavySheet.h"
 #include "meshes/ColoringTriMeshRenderer.h"
 #include "meshes/ColouredTriangles.h"
 #include "meshes/TriMeshFragment.h"
@@ -14,19 +15,16 @@
 
 #include <benchmark/benchmark.h>
 
-#include <malloc.h>
-
 #include <cmath>
 #include <memory>
 #include <vector>
 
 namespace {
 
+using namespace WavySheet;
 using MERV::BRep::Point;
 using MERV::BRep::TriFace;
 
-constexpr int columns = 250, rows = 200; // of cells with two faces each
-constexpr double faceCount = 2.0 * columns * rows;
 constexpr double wave = 0.24; // cells to radians: about one cut for each face
 
 class NoAdvice : public GraphicsObjectRenderAdvisor
@@ -35,17 +33,6 @@ public:
     bool overrides(GraphicsObject *, int, int) override { return false; }
     std::uint32_t value(GraphicsObject *, int, int) override { return 0; }
 };
-
-std::size_t heapBytes()
-{
-    const struct mallinfo2 heap = mallinfo2();
-    return heap.uordblks + heap.hblkhd;
-}
-
-Point at(int column, int row)
-{
-    return {0.3 * column, 0.3 * row, 5.0 * std::sin(0.05 * column) * std::cos(0.04 * row)};
-}
 
 struct Workplace
 {
@@ -72,20 +59,8 @@ struct Workplace
                                   2.0 + 2.0 * std::sin(wave * column) * std::sin(wave * row));
             }
         const std::size_t before = heapBytes();
-        fragment->setFaces(newFaces());
+        fragment->setFaces(WavySheet::faces());
         fragmentBytes = static_cast<double>(heapBytes() - before);
-    }
-
-    static std::vector<TriFace> newFaces()
-    {
-        std::vector<TriFace> faces;
-        faces.reserve(static_cast<std::size_t>(faceCount));
-        for (int row = 0; row < rows; ++row)
-            for (int column = 0; column < columns; ++column) {
-                faces.emplace_back(at(column, row), at(column + 1, row), at(column + 1, row + 1));
-                faces.emplace_back(at(column, row), at(column + 1, row + 1), at(column, row + 1));
-            }
-        return faces;
     }
 
     static void clear() { glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT); }

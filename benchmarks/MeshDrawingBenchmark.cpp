@@ -1,6 +1,7 @@
 // Drawing a lit mesh of 100,000 faces, beside the same triangles from one vertex array and beside one pair of
 // begin and end per face; what comes before it after a change; its section with a plane; a snapshot of it.
 // Needs a display. "bytes/face" counts a face in the fragment, in its drawing and in one snapshot.
+#include "benchmarks/WavySheet.h"
 #include "meshes/TriMeshDrawing.h"
 #include "meshes/TriMeshFragment.h"
 #include "tests/support/GlCanvas.h"
@@ -8,8 +9,6 @@
 #include <QGuiApplication>
 
 #include <benchmark/benchmark.h>
-
-#include <malloc.h>
 
 #include <array>
 #include <cmath>
@@ -19,23 +18,11 @@
 
 namespace {
 
+using namespace WavySheet;
 using MERV::BRep::Point;
 using MERV::BRep::TriFace;
 
-constexpr int columns = 250, rows = 200; // of cells with two faces each
-constexpr double faceCount = 2.0 * columns * rows;
 constexpr double plane[4] = {0.3, 0.2, 1.0, -17.0};
-
-std::size_t heapBytes()
-{
-    const struct mallinfo2 heap = mallinfo2();
-    return heap.uordblks + heap.hblkhd;
-}
-
-Point at(int column, int row)
-{
-    return {0.3 * column, 0.3 * row, 5.0 * std::sin(0.05 * column) * std::cos(0.04 * row)};
-}
 
 struct Workplace
 {
@@ -50,11 +37,7 @@ struct Workplace
     {
         canvas.ortho(-5, 80, -10, 70);
         glColor4ub(200, 150, 90, 255);
-        for (int row = 0; row < rows; ++row)
-            for (int column = 0; column < columns; ++column) {
-                fragment.addFace({at(column, row), at(column + 1, row), at(column + 1, row + 1)});
-                fragment.addFace({at(column, row), at(column + 1, row + 1), at(column, row + 1)});
-            }
+        fragment.setFaces(faces());
     }
 
     static void clear() { glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT); }
