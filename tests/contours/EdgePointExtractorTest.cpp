@@ -1,7 +1,7 @@
 #include "Common/ImageBase.h"
 #include "contours/ConventionalSliceEdgePointExtractor.h"
-#include "platform/ParallelFor.h"
 #include "objects/MervImageObject.h"
+#include "platform/ParallelFor.h"
 #include "tests/support/PlainEdgePoints.h"
 
 #include <QTest>
@@ -221,12 +221,11 @@ private slots:
 
     void parallelForHandsOnAFailure()
     {
-        QVERIFY_EXCEPTION_THROWN(parallelFor(100,
-                                             [](int i) {
-                                                 if (i == 40)
-                                                     throw std::runtime_error("40");
-                                             }),
-                                 std::runtime_error);
+        const auto failAt40 = [](int i) {
+            if (i == 40)
+                throw std::runtime_error("40");
+        };
+        QVERIFY_THROWS_EXCEPTION(std::runtime_error, parallelFor(100, failAt40));
     }
 };
 

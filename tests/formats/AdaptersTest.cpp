@@ -337,7 +337,7 @@ TEST(VisUnserializer, damagedStream_isNotAskedAbout)
         ++questions;
         return std::optional(std::array<float, 3>{1, 1, 1});
     });
-    for (const std::size_t length : {0, 1, 100, 511, 512, 512 + 63}) {
+    for (const std::size_t length : {0u, 1u, 100u, 511u, 512u, 512u + 63u}) {
         std::istringstream stream(whole.str().substr(0, length));
         EXPECT_EQ(reader.unserialize(stream), nullptr) << length;
     }
@@ -353,12 +353,12 @@ TEST(VisUnserializer, wantsFiveWordsOfTheHead)
     head[32] = 1;
     head[52] = 1;
     EXPECT_TRUE(reader.canUnserialize(head.data()));
-    for (const std::size_t offset : {0, 3, 12, 15, 32, 36, 39, 52}) {
+    for (const std::size_t offset : {0u, 3u, 12u, 15u, 32u, 36u, 39u, 52u}) {
         std::string other = head;
         other[offset] = static_cast<char>(other[offset] + 1);
         EXPECT_FALSE(reader.canUnserialize(other.data())) << offset;
     }
-    for (const std::size_t offset : {4, 8, 16, 28, 40, 48, 56}) {
+    for (const std::size_t offset : {4u, 8u, 16u, 28u, 40u, 48u, 56u}) {
         std::string other = head;
         other[offset] = 'x';
         EXPECT_TRUE(reader.canUnserialize(other.data())) << offset;
@@ -462,7 +462,8 @@ TEST(WindowsBitmapSerializer, writes1090BytesForA4By4Image)
     ASSERT_EQ(expected.size(), 1074u);
     // (v - 2) / 10 * 255 cut off: 3 -> 25.5, 4 -> 51, 5 -> 76.5, 6 -> 102, 7 -> 127.5, 8 -> 153, 9 -> 178.5,
     // 10 -> 204, 11 -> 229.5, 12 and above -> 255. In single precision 0.6 and 0.2 lie a little above.
-    for (const unsigned byte : {0, 0, 0, 25, 51, 76, 102, 127, 153, 178, 204, 229, 255, 255, 255, 255})
+    for (const unsigned byte :
+         {0u, 0u, 0u, 25u, 51u, 76u, 102u, 127u, 153u, 178u, 204u, 229u, 255u, 255u, 255u, 255u})
         word(byte, 1);
     EXPECT_EQ(stream.str().size(), 1090u);
     EXPECT_EQ(stream.str(), expected);

@@ -389,7 +389,7 @@ TEST(SlicUnserializer, restSmallerThanAHeader_failsItsLevelAlone)
 
 TEST(SlicUnserializer, childSmallerThanAHeader_failsItsLevel)
 {
-    for (const std::uint64_t size : {0, 1, 23}) {
+    for (const std::uint64_t size : {0u, 1u, 23u}) {
         EXPECT_EQ(readFrom(chunk("SLIC", 1, header("NAME", 0, size))), nullptr) << size;
         EXPECT_EQ(readFrom(header("SLIC", 1, size)), nullptr) << size;
         const std::string segment = chunk("SEGM", 6, header("POIN", 0, size));
