@@ -91,17 +91,7 @@ void Gestures::dragRowIntoView(int row)
 {
     const QPoint from = waitFor("row of the image list", [&] { return imageRow(row); });
     const QPoint to = waitFor("the view", [] { return sliceView(); }).center();
-    device.moveTo(from);
-    pause(80);
-    device.press(XTestDevice::Left);
-    pause(80);
-    for (int i = 1; i <= 8; ++i) {
-        device.moveTo(from + (to - from) * i / 8);
-        pause(40);
-    }
-    device.moveTo(to + QPoint(1, 0));
-    pause(150);
-    device.release(XTestDevice::Left);
+    device.carry(from, to);
     pause(500);
 }
 

@@ -103,6 +103,22 @@ void XTestDevice::click(const QPoint &position, Button button)
     pause(30);
 }
 
+void XTestDevice::carry(const QPoint &from, const QPoint &to)
+{
+    constexpr int steps = 8;
+    moveTo(from);
+    pause(80);
+    press(Left);
+    pause(80);
+    for (int i = 1; i <= steps; ++i) {
+        moveTo(from + (to - from) * i / steps);
+        pause(50);
+    }
+    moveTo(to + QPoint(1, 0));
+    pause(150);
+    release(Left);
+}
+
 void XTestDevice::pressKey(const char *name)
 {
     connection->key(XKeysymToKeycode(connection->display, XStringToKeysym(name)), true);

@@ -33,6 +33,8 @@ public:
     void press(Button button);
     void release(Button button);
     void click(const QPoint &position, Button button = Left);
+    // Drags something out of one window and drops it in another, slowly enough for drag and drop.
+    void carry(const QPoint &from, const QPoint &to);
 
     // Key names as the X server knows them ("Return", "Shift_L", "s").
     void pressKey(const char *name);

@@ -12,7 +12,6 @@
 #include <QLineEdit>
 
 #include <atomic>
-#include <chrono>
 #include <cmath>
 #include <memory>
 #include <thread>
@@ -23,11 +22,6 @@ namespace {
 
 constexpr double tracedZ = knee_lines::zOf(tracedSlice);
 constexpr double searchMm = 2.5; // around the mouse, each way
-
-void pause(int milliseconds)
-{
-    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
-}
 
 } // namespace
 
@@ -60,18 +54,7 @@ private:
         const int before = scene->composition()->podCount();
         std::atomic<bool> released = false;
         std::thread hand([&] {
-            XTestDevice device;
-            device.moveTo(from);
-            pause(80);
-            device.press(XTestDevice::Left);
-            pause(80);
-            for (int i = 1; i <= 8; ++i) {
-                device.moveTo(from + (to - from) * i / 8);
-                pause(50);
-            }
-            device.moveTo(to + QPoint(1, 0));
-            pause(150);
-            device.release(XTestDevice::Left);
+            XTestDevice().carry(from, to);
             released = true;
         });
         const bool dropped =

@@ -16,7 +16,6 @@
 #include <QRegularExpression>
 
 #include <atomic>
-#include <chrono>
 #include <memory>
 #include <thread>
 
@@ -36,11 +35,6 @@ QByteArray encoded(const QStringList &texts)
     for (const QString &text : texts)
         stream << text;
     return bytes;
-}
-
-void pause(int milliseconds)
-{
-    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
 
 } // namespace
@@ -186,18 +180,7 @@ private slots:
 
         std::atomic<bool> released = false;
         std::thread hand([&] {
-            XTestDevice device;
-            device.moveTo(from);
-            pause(80);
-            device.press(XTestDevice::Left);
-            pause(80);
-            for (int i = 1; i <= 8; ++i) {
-                device.moveTo(from + (to - from) * i / 8);
-                pause(50);
-            }
-            device.moveTo(to + QPoint(1, 0));
-            pause(150);
-            device.release(XTestDevice::Left);
+            XTestDevice().carry(from, to);
             released = true;
         });
         const bool dropped =
