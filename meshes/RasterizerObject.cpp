@@ -9,12 +9,13 @@
 #include <array>
 #include <cstddef>
 #include <iostream>
+#include <limits>
 #include <new>
 
 namespace {
 
 constexpr std::size_t channels = 4; // of the canvas
-constexpr std::size_t copies = 3;   // of a voxel: in the image, in the slices and in their pictures
+constexpr double copies = 3.0;      // of a voxel: in the image, in the slices and in their pictures
 
 std::size_t area(int width, int height)
 {
@@ -25,7 +26,10 @@ std::size_t area(int width, int height)
 // not have, and end the program when that is used; all of it at once it refuses.
 void demandMemory(int width, int height, int depth)
 {
-    void *volatile memory = ::operator new(copies *area(width, height) * static_cast<std::size_t>(depth));
+    const double bytes = copies * static_cast<double>(width) * height * depth;
+    if (bytes > static_cast<double>(std::numeric_limits<std::ptrdiff_t>::max()))
+        throw std::bad_alloc();
+    void *volatile memory = ::operator new(static_cast<std::size_t>(bytes));
     ::operator delete(memory);
 }
 

@@ -29,9 +29,13 @@ public:
     // The images are the manager's, which does not delete them.
     ~MainWindowScene()
     {
-        for (QWidget *viewer : QApplication::topLevelWidgets())
-            if (viewer->parent() == &window)
-                delete viewer;
+        // A window may take others with it.
+        QList<QPointer<QWidget>> windows;
+        for (QWidget *widget : QApplication::topLevelWidgets())
+            windows.append(widget);
+        for (const QPointer<QWidget> &widget : windows)
+            if (widget && widget->parent() == &window)
+                delete widget;
         while (manager().imageCount() > 0)
             manager().closeImage(manager().index(0, 0));
     }
