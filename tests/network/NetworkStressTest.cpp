@@ -263,7 +263,7 @@ private slots:
         viewer->addObject(manager->image(0));
         viewer->show();
         QVERIFY(QTest::qWaitForWindowExposed(viewer));
-        random.seed(qEnvironmentVariableIntValue("TEVORA_STRESS_SEED") + 1u);
+        random.seed(static_cast<unsigned>(qEnvironmentVariableIntValue("TEVORA_STRESS_SEED") + 1));
     }
     void cleanup()
     {

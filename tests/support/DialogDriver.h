@@ -48,15 +48,17 @@ public:
     template <class Dialog>
     void expect(const QString &what, std::function<void(Dialog *)> answer)
     {
-        steps.push_back({what, [this, what, answer = std::move(answer)](QDialog *dialog) {
-                             if constexpr (std::is_same_v<Dialog, QDialog>)
-                                 answer(dialog);
-                             else if (auto *wanted = dynamic_cast<Dialog *>(dialog))
-                                 answer(wanted);
-                             else
-                                 fault(QString("%1 expected, but came %2").arg(what, describe(dialog)),
-                                       dialog);
-                         }});
+        if constexpr (std::is_same_v<Dialog, QDialog>) {
+            steps.push_back({what, std::move(answer)});
+        } else {
+            steps.push_back({what, [this, what, answer = std::move(answer)](QDialog *dialog) {
+                                 if (auto *wanted = dynamic_cast<Dialog *>(dialog))
+                                     answer(wanted);
+                                 else
+                                     fault(QString("%1 expected, but came %2").arg(what, describe(dialog)),
+                                           dialog);
+                             }});
+        }
     }
 
     // A message box with this icon, title and text, answered with a click on the given standard button.

@@ -829,12 +829,12 @@ void ImageCompositionTest::renderCalls_areHandedOnInTheColorOfThePod()
         pod.renderBox(&advisor, 1, 2, 3, 4, 5, 6);
     };
     drawAll();
-    const QStringList all{"point 1 2 3", "plane 1 2 3 4", "render", "box 1 2 3 4 5 6"};
-    QCOMPARE(object.calls, all);
+    const QStringList allCalls{"point 1 2 3", "plane 1 2 3 4", "render", "box 1 2 3 4 5 6"};
+    QCOMPARE(object.calls, allCalls);
     QCOMPARE(object.color, (std::array<GLubyte, 4>{10, 20, 30, 40}));
     pod.setDisplay(false);
     drawAll();
-    QCOMPARE(object.calls, all);
+    QCOMPARE(object.calls, allCalls);
     context.doneCurrent();
 }
 
