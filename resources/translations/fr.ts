@@ -5,666 +5,666 @@
     <name>AcknowledgementDialog</name>
     <message>
         <source>Acknowledging Usage of Tevora</source>
-        <translation type="unfinished"></translation>
+        <translation>Mention de l&apos;utilisation de Tevora</translation>
     </message>
     <message>
         <source>English</source>
         <comment>ACK_LANG</comment>
-        <translation type="unfinished"></translation>
+        <translation>en anglais</translation>
     </message>
     <message>
         <source>German</source>
         <comment>ACK_LANG</comment>
-        <translation type="unfinished"></translation>
+        <translation>en allemand</translation>
     </message>
     <message>
         <source>French</source>
         <comment>ACK_LANG</comment>
-        <translation type="unfinished"></translation>
+        <translation>en français</translation>
     </message>
     <message>
         <source>Acknowledge having used Tevora for your study in a</source>
-        <translation type="unfinished"></translation>
+        <translation>Mentionnez l&apos;utilisation de Tevora pour votre étude dans une publication</translation>
     </message>
     <message>
         <source>publication by including a remark analogous to the following.</source>
-        <translation type="unfinished"></translation>
+        <translation>par une remarque analogue à la suivante.</translation>
     </message>
     <message>
         <source>language unavailable</source>
-        <translation type="unfinished"></translation>
+        <translation>langue non disponible</translation>
     </message>
 </context>
 <context>
     <name>AnalyzeSerializer</name>
     <message>
         <source>Analyze file</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichier Analyze</translation>
     </message>
 </context>
 <context>
     <name>AnalyzeUnserializer</name>
     <message>
         <source>Analyze file</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichier Analyze</translation>
     </message>
 </context>
 <context>
     <name>BitPlaneRasterizerObject</name>
     <message>
         <source>bit code</source>
-        <translation type="unfinished"></translation>
+        <translation>code de bits</translation>
     </message>
 </context>
 <context>
     <name>CommandDialogs</name>
     <message>
         <source>Select Thickness Definition</source>
-        <translation type="unfinished"></translation>
+        <translation>Choisir la définition de l&apos;épaisseur</translation>
     </message>
     <message>
         <source>The thickness of an irregularly shaped object may be defined in several ways. Select the definition to be used in this thickness measurement.</source>
-        <translation type="unfinished"></translation>
+        <translation>L&apos;épaisseur d&apos;un objet de forme irrégulière peut être définie de plusieurs façons. Choisissez la définition à utiliser pour cette mesure d&apos;épaisseur.</translation>
     </message>
     <message>
         <source>perpendicular to %1</source>
-        <translation type="unfinished"></translation>
+        <translation>perpendiculaire à %1</translation>
     </message>
     <message>
         <source>minimal distance</source>
-        <translation type="unfinished"></translation>
+        <translation>distance minimale</translation>
     </message>
     <message>
         <source>Color %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Colorer %1</translation>
     </message>
     <message>
         <source>Select the fragment of %1 you want to be colored.</source>
-        <translation type="unfinished"></translation>
+        <translation>Choisissez le fragment de %1 à colorer.</translation>
     </message>
     <message>
         <source>Set up rasterization of %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Paramètres de la rastérisation de %1</translation>
     </message>
     <message>
         <source>%1 will be rasterized to a rectilinear grid image. Enter the grid spacing and grid size (in voxels) below.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 sera rastérisé en une image à grille rectiligne. Indiquez ci-dessous l&apos;espacement et la taille de la grille (en voxels).</translation>
     </message>
     <message>
         <source>voxel x size [mm]:</source>
-        <translation type="unfinished"></translation>
+        <translation>taille du voxel en x [mm]&#xa0;:</translation>
     </message>
     <message>
         <source>voxel y size [mm]:</source>
-        <translation type="unfinished"></translation>
+        <translation>taille du voxel en y [mm]&#xa0;:</translation>
     </message>
     <message>
         <source>voxel z size [mm]:</source>
-        <translation type="unfinished"></translation>
+        <translation>taille du voxel en z [mm]&#xa0;:</translation>
     </message>
     <message>
         <source>rastered image x size [voxels]:</source>
-        <translation type="unfinished"></translation>
+        <translation>taille de l&apos;image rastérisée en x [voxels]&#xa0;:</translation>
     </message>
     <message>
         <source>rastered image y size [voxels]:</source>
-        <translation type="unfinished"></translation>
+        <translation>taille de l&apos;image rastérisée en y [voxels]&#xa0;:</translation>
     </message>
     <message>
         <source>rastered image z size [voxels]:</source>
-        <translation type="unfinished"></translation>
+        <translation>taille de l&apos;image rastérisée en z [voxels]&#xa0;:</translation>
     </message>
     <message>
         <source>Mirror %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Mettre %1 en miroir</translation>
     </message>
     <message>
         <source>Select the axis to be mirrored. %1 will be mirrored against the (hyper-)plane orthgonal to this axis located at the image&apos;s center with respect to this axis.</source>
-        <translation type="unfinished"></translation>
+        <translation>Choisissez l&apos;axe à inverser. %1 sera mis en miroir par rapport à l&apos;(hyper)plan orthogonal à cet axe et situé au centre de l&apos;image selon cet axe.</translation>
     </message>
     <message>
         <source>x</source>
-        <translation type="unfinished"></translation>
+        <translation>x</translation>
     </message>
     <message>
         <source>y</source>
-        <translation type="unfinished"></translation>
+        <translation>y</translation>
     </message>
     <message>
         <source>z</source>
-        <translation type="unfinished"></translation>
+        <translation>z</translation>
     </message>
     <message>
         <source>t</source>
-        <translation type="unfinished"></translation>
+        <translation>t</translation>
     </message>
     <message>
         <source>c</source>
-        <translation type="unfinished"></translation>
+        <translation>c</translation>
     </message>
 </context>
 <context>
     <name>DcmUnserializer</name>
     <message>
         <source>Dicom file</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichier Dicom</translation>
     </message>
 </context>
 <context>
     <name>DisplayScopes</name>
     <message>
         <source>(hidden)</source>
-        <translation type="unfinished"></translation>
+        <translation>(masqué)</translation>
     </message>
     <message>
         <source>Point</source>
-        <translation type="unfinished"></translation>
+        <translation>Point</translation>
     </message>
     <message>
         <source>Point and adjacent</source>
-        <translation type="unfinished"></translation>
+        <translation>Point et voisins</translation>
     </message>
     <message>
         <source>Slice</source>
-        <translation type="unfinished"></translation>
+        <translation>Coupe</translation>
     </message>
     <message>
         <source>Slice and adjacent</source>
-        <translation type="unfinished"></translation>
+        <translation>Coupe et voisines</translation>
     </message>
     <message>
         <source>Volume</source>
-        <translation type="unfinished"></translation>
+        <translation>Volume</translation>
     </message>
     <message>
         <source>Volume behind</source>
-        <translation type="unfinished"></translation>
+        <translation>Volume derrière</translation>
     </message>
     <message>
         <source>Volume before</source>
-        <translation type="unfinished"></translation>
+        <translation>Volume devant</translation>
     </message>
     <message>
         <source>unknown</source>
-        <translation type="unfinished"></translation>
+        <translation>inconnu</translation>
     </message>
     <message>
         <source>(hide)</source>
-        <translation type="unfinished"></translation>
+        <translation>(masquer)</translation>
     </message>
 </context>
 <context>
     <name>DistributionCorrectingSliceEdgePointExtractor</name>
     <message>
         <source>distribution corrected edge points in %1</source>
-        <translation type="unfinished"></translation>
+        <translation>points de contour à distribution corrigée dans %1</translation>
     </message>
 </context>
 <context>
     <name>EdgePointExtractor</name>
     <message>
         <source>edge points in %1</source>
-        <translation type="unfinished"></translation>
+        <translation>points de contour dans %1</translation>
     </message>
 </context>
 <context>
     <name>EdgePointLister</name>
     <message>
         <source>Text file</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichier texte</translation>
     </message>
 </context>
 <context>
     <name>EraseMode</name>
     <message>
         <source>Erasing single contour points not yet implemented. Hold the Shift key and click to erase a contour segment.</source>
-        <translation type="unfinished"></translation>
+        <translation>L&apos;effacement de points isolés d&apos;un contour n&apos;est pas encore possible. Cliquez en maintenant la touche Maj pour effacer un segment de contour.</translation>
     </message>
     <message>
         <source>Erasing requires a Sliced Contours Fragment to be selected for editing.</source>
-        <translation type="unfinished"></translation>
+        <translation>Pour effacer, un fragment de contours par coupes doit être sélectionné pour l&apos;édition.</translation>
     </message>
 </context>
 <context>
     <name>GraphicsObject</name>
     <message>
         <source>some graphics object</source>
-        <translation type="unfinished"></translation>
+        <translation>un objet graphique</translation>
     </message>
 </context>
 <context>
     <name>GuessMode</name>
     <message>
         <source>Use the left button of the mouse first to set a start point.</source>
-        <translation type="unfinished"></translation>
+        <translation>Placez d&apos;abord un point de départ avec le bouton gauche de la souris.</translation>
     </message>
     <message>
         <source>Guessing edges requires a Sliced Contours Fragment to be selected for editing.</source>
-        <translation type="unfinished"></translation>
+        <translation>Pour deviner des contours, un fragment de contours par coupes doit être sélectionné pour l&apos;édition.</translation>
     </message>
     <message>
         <source>Unable to guess a segment.</source>
-        <translation type="unfinished"></translation>
+        <translation>Impossible de deviner un segment.</translation>
     </message>
 </context>
 <context>
     <name>Help</name>
     <message>
         <source>There is no help page for this topic.</source>
-        <translation type="unfinished"></translation>
+        <translation>Il n&apos;y a pas de page d&apos;aide sur ce sujet.</translation>
     </message>
     <message>
         <source>The help page for this topic cannot be displayed.</source>
-        <translation type="unfinished"></translation>
+        <translation>La page d&apos;aide sur ce sujet ne peut pas être affichée.</translation>
     </message>
 </context>
 <context>
     <name>HelpViewer</name>
     <message>
         <source>Help - %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Aide - %1</translation>
     </message>
 </context>
 <context>
     <name>ImageComposition</name>
     <message>
         <source>Sobel</source>
-        <translation type="unfinished"></translation>
+        <translation>Sobel</translation>
     </message>
     <message>
         <source>[none]</source>
-        <translation type="unfinished"></translation>
+        <translation>[aucun]</translation>
     </message>
     <message>
         <source>Image</source>
-        <translation type="unfinished"></translation>
+        <translation>Image</translation>
     </message>
     <message>
         <source>Display</source>
-        <translation type="unfinished"></translation>
+        <translation>Affichage</translation>
     </message>
     <message>
         <source>Color</source>
-        <translation type="unfinished"></translation>
+        <translation>Couleur</translation>
     </message>
     <message>
         <source>Opacity [%]</source>
-        <translation type="unfinished"></translation>
+        <translation>Opacité [%]</translation>
     </message>
     <message>
         <source>Analyze</source>
-        <translation type="unfinished"></translation>
+        <translation>Analyser</translation>
     </message>
     <message>
         <source>Edit</source>
-        <translation type="unfinished"></translation>
+        <translation>Éditer</translation>
     </message>
     <message>
         <source>Display Scope</source>
-        <translation type="unfinished"></translation>
+        <translation>Portée de l&apos;affichage</translation>
     </message>
     <message>
         <source>Display Mode</source>
-        <translation type="unfinished"></translation>
+        <translation>Mode d&apos;affichage</translation>
     </message>
     <message>
         <source>Input Filter</source>
-        <translation type="unfinished"></translation>
+        <translation>Filtre d&apos;entrée</translation>
     </message>
     <message>
         <source>Only edge point sets can be analyzed.</source>
-        <translation type="unfinished"></translation>
+        <translation>Seuls les ensembles de points de contour peuvent être analysés.</translation>
     </message>
 </context>
 <context>
     <name>ImageManager</name>
     <message>
         <source>all files (*)</source>
-        <translation type="unfinished"></translation>
+        <translation>tous les fichiers (*)</translation>
     </message>
     <message>
         <source>all supported files (%1)</source>
-        <translation type="unfinished"></translation>
+        <translation>tous les fichiers pris en charge (%1)</translation>
     </message>
     <message>
         <source>%1; %2</source>
-        <translation type="unfinished"></translation>
+        <translation>%1&#xa0;; %2</translation>
     </message>
     <message>
         <source>Select Series</source>
-        <translation type="unfinished"></translation>
+        <translation>Choisir la série</translation>
     </message>
     <message>
         <source>Select Echo Time</source>
-        <translation type="unfinished"></translation>
+        <translation>Choisir le temps d&apos;écho</translation>
     </message>
     <message>
         <source>Select the echo time to be loaded.</source>
-        <translation type="unfinished"></translation>
+        <translation>Choisissez le temps d&apos;écho à charger.</translation>
     </message>
     <message>
         <source>%1 (tE = %2 ms)</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 (tE = %2 ms)</translation>
     </message>
     <message numerus="yes">
         <source>%n image(s) have been loaded.</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%n image a été chargée.</numerusform>
+            <numerusform>%n images ont été chargées.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
         <source>%n image(s) have been successfully loaded, </source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%n image a été chargée avec succès, </numerusform>
+            <numerusform>%n images ont été chargées avec succès, </numerusform>
         </translation>
     </message>
     <message numerus="yes">
         <source>whereas with the following %n image(s), errors occured while attempting to load them:</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>tandis que des erreurs se sont produites lors du chargement de %n image&#xa0;:</numerusform>
+            <numerusform>tandis que des erreurs se sont produites lors du chargement des %n images suivantes&#xa0;:</numerusform>
         </translation>
     </message>
     <message numerus="yes">
         <source>Errors occured while attempting to load the following %n image(s):</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>Des erreurs se sont produites lors du chargement de %n image&#xa0;:</numerusform>
+            <numerusform>Des erreurs se sont produites lors du chargement des %n images suivantes&#xa0;:</numerusform>
         </translation>
     </message>
     <message>
         <source>There was no appropriate unserializer.</source>
-        <translation type="unfinished"></translation>
+        <translation>Il n&apos;y avait pas de lecteur approprié.</translation>
     </message>
     <message>
         <source>The following unserializer(s) assured their capability to unserialize this file, but they failed to do so: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Les lecteurs suivants devaient pouvoir lire ce fichier, mais ont échoué&#xa0;: %1</translation>
     </message>
     <message>
         <source>The file could not be opened for reading.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le fichier n&apos;a pas pu être ouvert en lecture.</translation>
     </message>
     <message>
         <source>No image can be loaded due to no unserializer being installed.</source>
-        <translation type="unfinished"></translation>
+        <translation>Aucune image ne peut être chargée car aucun lecteur n&apos;est installé.</translation>
     </message>
     <message>
         <source>Load images</source>
-        <translation type="unfinished"></translation>
+        <translation>Charger des images</translation>
     </message>
     <message>
         <source>%1 (reason: %2)</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 (raison&#xa0;: %2)</translation>
     </message>
     <message>
         <source>Loading images ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Chargement des images ...</translation>
     </message>
     <message>
         <source>Cancel</source>
-        <translation type="unfinished"></translation>
+        <translation>Annuler</translation>
     </message>
     <message>
         <source>File Name</source>
-        <translation type="unfinished"></translation>
+        <translation>Nom du fichier</translation>
     </message>
     <message>
         <source>The image could not be saved to</source>
-        <translation type="unfinished"></translation>
+        <translation>L&apos;image n&apos;a pas pu être enregistrée sous</translation>
     </message>
     <message>
         <source>You can retry saving to this file, give a different file name, or abort saving the image.</source>
-        <translation type="unfinished"></translation>
+        <translation>Vous pouvez réessayer d&apos;enregistrer dans ce fichier, indiquer un autre nom de fichier ou abandonner l&apos;enregistrement.</translation>
     </message>
     <message>
         <source>Retry</source>
-        <translation type="unfinished"></translation>
+        <translation>Réessayer</translation>
     </message>
     <message>
         <source>Different File</source>
-        <translation type="unfinished"></translation>
+        <translation>Autre fichier</translation>
     </message>
     <message>
         <source>Save Image as</source>
-        <translation type="unfinished"></translation>
+        <translation>Enregistrer l&apos;image sous</translation>
     </message>
     <message>
         <source>The image cannot be saved for there is no serializer installed to handle this type of image.</source>
-        <translation type="unfinished"></translation>
+        <translation>L&apos;image ne peut pas être enregistrée car aucun programme d&apos;écriture n&apos;est installé pour ce type d&apos;image.</translation>
     </message>
     <message>
         <source>The selected file could not be opened for writing.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le fichier choisi n&apos;a pas pu être ouvert en écriture.</translation>
     </message>
 </context>
 <context>
     <name>ImagePropertiesDialog</name>
     <message>
         <source>pixmap image</source>
-        <translation type="unfinished"></translation>
+        <translation>image matricielle</translation>
     </message>
     <message>
         <source>Sliced contours</source>
-        <translation type="unfinished"></translation>
+        <translation>Contours par coupes</translation>
     </message>
     <message>
         <source>unknown</source>
-        <translation type="unfinished"></translation>
+        <translation>inconnu</translation>
     </message>
     <message>
         <source>%1×%2×%3</source>
-        <translation type="unfinished"></translation>
+        <translation>%1×%2×%3</translation>
     </message>
     <message>
         <source>Properties of %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Propriétés de %1</translation>
     </message>
     <message>
         <source>General</source>
-        <translation type="unfinished"></translation>
+        <translation>Général</translation>
     </message>
     <message>
         <source>Properties</source>
-        <translation type="unfinished"></translation>
+        <translation>Propriétés</translation>
     </message>
     <message>
         <source>OK</source>
-        <translation type="unfinished"></translation>
+        <translation>OK</translation>
     </message>
     <message>
         <source>Cancel</source>
-        <translation type="unfinished"></translation>
+        <translation>Annuler</translation>
     </message>
     <message>
         <source>- none -</source>
-        <translation type="unfinished"></translation>
+        <translation>- aucune -</translation>
     </message>
     <message>
         <source>%L1</source>
-        <translation type="unfinished"></translation>
+        <translation>%L1</translation>
     </message>
     <message>
         <source>Name:</source>
-        <translation type="unfinished"></translation>
+        <translation>Nom&#xa0;:</translation>
     </message>
     <message>
         <source>Image type:</source>
-        <translation type="unfinished"></translation>
+        <translation>Type d&apos;image&#xa0;:</translation>
     </message>
     <message>
         <source>Signature:</source>
-        <translation type="unfinished"></translation>
+        <translation>Signature&#xa0;:</translation>
     </message>
     <message>
         <source>Dimensions [mm×mm×mm]:</source>
-        <translation type="unfinished"></translation>
+        <translation>Dimensions [mm×mm×mm]&#xa0;:</translation>
     </message>
     <message>
         <source>Granularity [mm]:</source>
-        <translation type="unfinished"></translation>
+        <translation>Granularité [mm]&#xa0;:</translation>
     </message>
     <message>
         <source>Significant z Positions [mm]:</source>
-        <translation type="unfinished"></translation>
+        <translation>Positions z significatives [mm]&#xa0;:</translation>
     </message>
     <message>
         <source>Dimensions [Pixel×Pixel×Pixel]:</source>
-        <translation type="unfinished"></translation>
+        <translation>Dimensions [pixel×pixel×pixel]&#xa0;:</translation>
     </message>
     <message>
         <source>Spacing [mm×mm×mm]:</source>
-        <translation type="unfinished"></translation>
+        <translation>Espacement [mm×mm×mm]&#xa0;:</translation>
     </message>
     <message>
         <source>Property</source>
-        <translation type="unfinished"></translation>
+        <translation>Propriété</translation>
     </message>
     <message>
         <source>Value</source>
-        <translation type="unfinished"></translation>
+        <translation>Valeur</translation>
     </message>
 </context>
 <context>
     <name>InteractiveDicomUnserializer</name>
     <message>
         <source>Dicom Series</source>
-        <translation type="unfinished"></translation>
+        <translation>Série Dicom</translation>
     </message>
 </context>
 <context>
     <name>InteractiveDicomUnserializerDialog</name>
     <message>
         <source>Load Dicom series</source>
-        <translation type="unfinished"></translation>
+        <translation>Charger une série Dicom</translation>
     </message>
     <message>
         <source>Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichiers</translation>
     </message>
     <message>
         <source>Filters and Axes</source>
-        <translation type="unfinished"></translation>
+        <translation>Filtres et axes</translation>
     </message>
     <message>
         <source>not yet implemented</source>
-        <translation type="unfinished"></translation>
+        <translation>pas encore disponible</translation>
     </message>
     <message>
         <source>Series</source>
-        <translation type="unfinished"></translation>
+        <translation>Série</translation>
     </message>
     <message>
         <source>Patient</source>
-        <translation type="unfinished"></translation>
+        <translation>Patient</translation>
     </message>
     <message>
         <source>File name</source>
-        <translation type="unfinished"></translation>
+        <translation>Nom du fichier</translation>
     </message>
     <message>
         <source>Add directory ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Ajouter un répertoire ...</translation>
     </message>
     <message>
         <source>Add files ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Ajouter des fichiers ...</translation>
     </message>
     <message>
         <source>Move up</source>
-        <translation type="unfinished"></translation>
+        <translation>Monter</translation>
     </message>
     <message>
         <source>Move down</source>
-        <translation type="unfinished"></translation>
+        <translation>Descendre</translation>
     </message>
     <message>
         <source>Select</source>
-        <translation type="unfinished"></translation>
+        <translation>Sélectionner</translation>
     </message>
     <message>
         <source>Unselect</source>
-        <translation type="unfinished"></translation>
+        <translation>Désélectionner</translation>
     </message>
     <message>
         <source>Axis</source>
-        <translation type="unfinished"></translation>
+        <translation>Axe</translation>
     </message>
     <message>
         <source>Filter</source>
-        <translation type="unfinished"></translation>
+        <translation>Filtre</translation>
     </message>
     <message>
         <source>**)</source>
-        <translation type="unfinished"></translation>
+        <translation>**)</translation>
     </message>
     <message>
         <source>*)</source>
-        <translation type="unfinished"></translation>
+        <translation>*)</translation>
     </message>
     <message>
         <source>Tag</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag</translation>
     </message>
     <message>
         <source>Property</source>
-        <translation type="unfinished"></translation>
+        <translation>Propriété</translation>
     </message>
     <message>
         <source>Key: *) number of unique values **) ~ after filtering</source>
-        <translation type="unfinished"></translation>
+        <translation>Légende&#xa0;: *) nombre de valeurs distinctes **) ~ après filtrage</translation>
     </message>
     <message>
         <source>Add directory</source>
-        <translation type="unfinished"></translation>
+        <translation>Ajouter un répertoire</translation>
     </message>
     <message>
         <source>Add files</source>
-        <translation type="unfinished"></translation>
+        <translation>Ajouter des fichiers</translation>
     </message>
     <message>
         <source>[patient]</source>
-        <translation type="unfinished"></translation>
+        <translation>[patient]</translation>
     </message>
     <message>
         <source>[series]</source>
-        <translation type="unfinished"></translation>
+        <translation>[série]</translation>
     </message>
     <message>
         <source>Gathering metadata</source>
-        <translation type="unfinished"></translation>
+        <translation>Lecture des métadonnées</translation>
     </message>
     <message>
         <source>[meta property name]</source>
-        <translation type="unfinished"></translation>
+        <translation>[nom de la métapropriété]</translation>
     </message>
 </context>
 <context>
     <name>MainWindow</name>
     <message>
         <source>Copy</source>
-        <translation type="unfinished"></translation>
+        <translation>Copier</translation>
     </message>
     <message>
         <source>Copies the selection from the properties table to the clipboard</source>
-        <translation type="unfinished"></translation>
+        <translation>Copie la sélection de la table des propriétés dans le presse-papiers</translation>
     </message>
     <message>
         <source>Icon View</source>
-        <translation type="unfinished"></translation>
+        <translation>Vue d&apos;icônes</translation>
     </message>
     <message>
         <source>Properties Table</source>
-        <translation type="unfinished"></translation>
+        <translation>Table des propriétés</translation>
     </message>
     <message>
         <source>Image List</source>
-        <translation type="unfinished"></translation>
+        <translation>Liste des images</translation>
     </message>
     <message>
         <source>Open a single file</source>
-        <translation type="unfinished"></translation>
+        <translation>Ouvrir un fichier unique</translation>
     </message>
     <message>
         <source>all supported Files (*.dcm; *.mhd; *.bmp; *.vis; *.hdr)
@@ -673,372 +673,379 @@ Meta Images (*.mhd)
 Windows Bitmaps (*.bmp)
 Tallowbrook VIS Files (*.vis)
 Analyze Image (*.hdr)</source>
-        <translation type="unfinished"></translation>
+        <translation>tous les fichiers pris en charge (*.dcm; *.mhd; *.bmp; *.vis; *.hdr)
+Images DICOM (*.dcm)
+Images Meta (*.mhd)
+Bitmaps Windows (*.bmp)
+Fichiers VIS Tallowbrook (*.vis)
+Image Analyze (*.hdr)</translation>
     </message>
     <message>
         <source>Select a directory containing the series.</source>
-        <translation type="unfinished"></translation>
+        <translation>Choisissez un répertoire contenant la série.</translation>
     </message>
     <message>
         <source>Checking directory …</source>
-        <translation type="unfinished"></translation>
+        <translation>Vérification du répertoire …</translation>
     </message>
     <message>
         <source>Opening DICOM series …</source>
-        <translation type="unfinished"></translation>
+        <translation>Ouverture de la série DICOM …</translation>
     </message>
     <message>
         <source>Loading data&#xa0;…</source>
-        <translation type="unfinished"></translation>
+        <translation>Chargement des données&#xa0;…</translation>
     </message>
     <message>
         <source>No DICOM series could be found at this location in the file system.</source>
-        <translation type="unfinished"></translation>
+        <translation>Aucune série DICOM n&apos;a été trouvée à cet emplacement du système de fichiers.</translation>
     </message>
     <message numerus="yes">
         <source>%1 DICOM series will be loaded.</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%1 série DICOM sera chargée.</numerusform>
+            <numerusform>%1 séries DICOM seront chargées.</numerusform>
         </translation>
     </message>
     <message>
         <source>OK</source>
-        <translation type="unfinished"></translation>
+        <translation>OK</translation>
     </message>
     <message>
         <source>Cancel</source>
-        <translation type="unfinished"></translation>
+        <translation>Annuler</translation>
     </message>
     <message>
         <source>Select a directory to save the series.</source>
-        <translation type="unfinished"></translation>
+        <translation>Choisissez un répertoire où enregistrer la série.</translation>
     </message>
     <message>
         <source>Save as Dicom series</source>
-        <translation type="unfinished"></translation>
+        <translation>Enregistrer comme série Dicom</translation>
     </message>
     <message>
         <source>The image could not be saved to:
 
 %1</source>
-        <translation type="unfinished"></translation>
+        <translation>L&apos;image n&apos;a pas pu être enregistrée sous&#xa0;:
+
+%1</translation>
     </message>
     <message>
         <source>About Tevora</source>
-        <translation type="unfinished"></translation>
+        <translation>À propos de Tevora</translation>
     </message>
     <message>
         <source>by the Tevora developers</source>
-        <translation type="unfinished"></translation>
+        <translation>par les développeurs de Tevora</translation>
     </message>
     <message>
         <source>compiled using Qt version</source>
-        <translation type="unfinished"></translation>
+        <translation>compilé avec Qt version</translation>
     </message>
     <message>
         <source>as of</source>
-        <translation type="unfinished"></translation>
+        <translation>en date du</translation>
     </message>
     <message>
         <source>new sliced contours</source>
-        <translation type="unfinished"></translation>
+        <translation>nouveaux contours par coupes</translation>
     </message>
     <message>
         <source>selected slice from %1</source>
-        <translation type="unfinished"></translation>
+        <translation>coupe sélectionnée de %1</translation>
     </message>
     <message>
         <source>Enter a name for the new fragment:</source>
-        <translation type="unfinished"></translation>
+        <translation>Saisissez un nom pour le nouveau fragment&#xa0;:</translation>
     </message>
     <message>
         <source>Slice Selector</source>
-        <translation type="unfinished"></translation>
+        <translation>Sélecteur de coupe</translation>
     </message>
     <message>
         <source>Set selected plane</source>
-        <translation type="unfinished"></translation>
+        <translation>Définir le plan sélectionné</translation>
     </message>
     <message>
         <source>&amp;File</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Fichier</translation>
     </message>
     <message>
         <source>&amp;Open Single File ...</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Ouvrir un fichier unique ...</translation>
     </message>
     <message>
         <source>Open &amp;Dicom Series ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Ouvrir une série &amp;Dicom ...</translation>
     </message>
     <message>
         <source>Open Dicom Series with Input Filter ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Ouvrir une série Dicom avec filtre d&apos;entrée ...</translation>
     </message>
     <message>
         <source>Close Image</source>
-        <translation type="unfinished"></translation>
+        <translation>Fermer l&apos;image</translation>
     </message>
     <message>
         <source>&amp;Save as Single File ...</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Enregistrer comme fichier unique ...</translation>
     </message>
     <message>
         <source>Save as Dicom Series ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Enregistrer comme série Dicom ...</translation>
     </message>
     <message>
         <source>E&amp;xit</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Quitter</translation>
     </message>
     <message>
         <source>Image</source>
-        <translation type="unfinished"></translation>
+        <translation>Image</translation>
     </message>
     <message>
         <source>New</source>
-        <translation type="unfinished"></translation>
+        <translation>Nouveau</translation>
     </message>
     <message>
         <source>New sliced contours</source>
-        <translation type="unfinished"></translation>
+        <translation>Nouveaux contours par coupes</translation>
     </message>
     <message>
         <source>New slice selector</source>
-        <translation type="unfinished"></translation>
+        <translation>Nouveau sélecteur de coupe</translation>
     </message>
     <message>
         <source>Add fragment ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Ajouter un fragment ...</translation>
     </message>
     <message>
         <source>Extract Edge Points ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Extraire les points de contour ...</translation>
     </message>
     <message>
         <source>Triangulate</source>
-        <translation type="unfinished"></translation>
+        <translation>Trianguler</translation>
     </message>
     <message>
         <source>Align</source>
-        <translation type="unfinished"></translation>
+        <translation>Recaler</translation>
     </message>
     <message>
         <source>Measure Thickness ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Mesurer l&apos;épaisseur ...</translation>
     </message>
     <message>
         <source>Color Triangulation</source>
-        <translation type="unfinished"></translation>
+        <translation>Colorer la triangulation</translation>
     </message>
     <message>
         <source>Rasterize ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Rastériser ...</translation>
     </message>
     <message>
         <source>Mirror ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Mettre en miroir ...</translation>
     </message>
     <message>
         <source>Set selector plane ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Définir le plan du sélecteur ...</translation>
     </message>
     <message>
         <source>View</source>
-        <translation type="unfinished"></translation>
+        <translation>Affichage</translation>
     </message>
     <message>
         <source>Show in new view ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Afficher dans une nouvelle vue ...</translation>
     </message>
     <message>
         <source>Show metrics ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Afficher les mesures ...</translation>
     </message>
     <message>
         <source>Show center of mass ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Afficher le centre de masse ...</translation>
     </message>
     <message>
         <source>Properties ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Propriétés ...</translation>
     </message>
     <message>
         <source>Procedures</source>
-        <translation type="unfinished"></translation>
+        <translation>Procédures</translation>
     </message>
     <message>
         <source>Start Segmentation of Patella ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Démarrer la segmentation de la rotule ...</translation>
     </message>
     <message>
         <source>Start Segmentation of Femur and Tibia ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Démarrer la segmentation du fémur et du tibia ...</translation>
     </message>
     <message>
         <source>Test Mesh Alignment ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Tester le recalage de maillages ...</translation>
     </message>
     <message>
         <source>Help</source>
-        <translation type="unfinished"></translation>
+        <translation>Aide</translation>
     </message>
     <message>
         <source>Show Online Help</source>
-        <translation type="unfinished"></translation>
+        <translation>Afficher l&apos;aide en ligne</translation>
     </message>
     <message>
         <source>How to Acknowledge ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Comment mentionner Tevora ...</translation>
     </message>
     <message>
         <source>About Tevora ...</source>
-        <translation type="unfinished"></translation>
+        <translation>À propos de Tevora ...</translation>
     </message>
     <message>
         <source>About Qt ...</source>
-        <translation type="unfinished"></translation>
+        <translation>À propos de Qt ...</translation>
     </message>
     <message>
         <source>Open Single File (obsolete) ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Ouvrir un fichier unique (obsolète) ...</translation>
     </message>
     <message>
         <source>Show edge point histograms</source>
-        <translation type="unfinished"></translation>
+        <translation>Afficher les histogrammes des points de contour</translation>
     </message>
     <message>
         <source>Load Contour of Patella...</source>
-        <translation type="unfinished"></translation>
+        <translation>Charger le contour de la rotule...</translation>
     </message>
     <message>
         <source>Load Segmentation of Patella ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Charger la segmentation de la rotule ...</translation>
     </message>
     <message>
         <source>%1 is empty, but would have to contain at least one fragment.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 est vide, mais devrait contenir au moins un fragment.</translation>
     </message>
     <message>
         <source>Mesh Fragment Alignment</source>
-        <translation type="unfinished"></translation>
+        <translation>Recalage de fragments de maillage</translation>
     </message>
     <message>
         <source>The free fragment will be aligned to the base fragment.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le fragment libre sera recalé sur le fragment de base.</translation>
     </message>
     <message>
         <source>base fragment</source>
-        <translation type="unfinished"></translation>
+        <translation>fragment de base</translation>
     </message>
     <message>
         <source>free fragment</source>
-        <translation type="unfinished"></translation>
+        <translation>fragment libre</translation>
     </message>
     <message>
         <source>No mesh fragments found in selection. Thickness can therefore not be measured.</source>
-        <translation type="unfinished"></translation>
+        <translation>Aucun fragment de maillage dans la sélection. L&apos;épaisseur ne peut donc pas être mesurée.</translation>
     </message>
     <message>
         <source>Thickness Measurement</source>
-        <translation type="unfinished"></translation>
+        <translation>Mesure d&apos;épaisseur</translation>
     </message>
     <message>
         <source>The thickness will be measured between two fragments (which may be the same). The thickness values will be assigned to points on the base fragment.</source>
-        <translation type="unfinished"></translation>
+        <translation>L&apos;épaisseur sera mesurée entre deux fragments (qui peuvent être le même). Les valeurs d&apos;épaisseur seront attribuées à des points du fragment de base.</translation>
     </message>
     <message>
         <source>remote fragment</source>
-        <translation type="unfinished"></translation>
+        <translation>fragment distant</translation>
     </message>
     <message>
         <source>Coloring of %1 according to %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Coloration de %1 selon %2</translation>
     </message>
     <message>
         <source>Segmentation of %s</source>
-        <translation type="unfinished"></translation>
+        <translation>Segmentation de %s</translation>
     </message>
     <message>
         <source>thickness of %s</source>
-        <translation type="unfinished"></translation>
+        <translation>épaisseur de %s</translation>
     </message>
     <message>
         <source>minimum thickness of %s</source>
-        <translation type="unfinished"></translation>
+        <translation>épaisseur minimale de %s</translation>
     </message>
     <message>
         <source>coloring of %1 according to thickness</source>
-        <translation type="unfinished"></translation>
+        <translation>coloration de %1 selon l&apos;épaisseur</translation>
     </message>
     <message>
         <source>coloring of %1 according to minimum thickness</source>
-        <translation type="unfinished"></translation>
+        <translation>coloration de %1 selon l&apos;épaisseur minimale</translation>
     </message>
     <message>
         <source>patellar cartilage</source>
-        <translation type="unfinished"></translation>
+        <translation>cartilage de la rotule</translation>
     </message>
     <message>
         <source>cartilage bone interface</source>
-        <translation type="unfinished"></translation>
+        <translation>interface os-cartilage</translation>
     </message>
     <message>
         <source>cartilage surface</source>
-        <translation type="unfinished"></translation>
+        <translation>surface du cartilage</translation>
     </message>
     <message>
         <source>Do you want the thickness to be automatically calculated? Note that this might impact performance during segmentation.</source>
-        <translation type="unfinished"></translation>
+        <translation>Voulez-vous que l&apos;épaisseur soit calculée automatiquement&#xa0;? Notez que cela peut ralentir le travail pendant la segmentation.</translation>
     </message>
     <message>
         <source>femoral cartilage</source>
-        <translation type="unfinished"></translation>
+        <translation>cartilage fémoral</translation>
     </message>
     <message>
         <source>tibial cartilage</source>
-        <translation type="unfinished"></translation>
+        <translation>cartilage tibial</translation>
     </message>
     <message>
         <source>femoral cartilage bone interface</source>
-        <translation type="unfinished"></translation>
+        <translation>interface os-cartilage fémorale</translation>
     </message>
     <message>
         <source>femoral cartilage surface</source>
-        <translation type="unfinished"></translation>
+        <translation>surface du cartilage fémoral</translation>
     </message>
     <message>
         <source>tibial cartilage bone interface</source>
-        <translation type="unfinished"></translation>
+        <translation>interface os-cartilage tibiale</translation>
     </message>
     <message>
         <source>tibial cartilage surface</source>
-        <translation type="unfinished"></translation>
+        <translation>surface du cartilage tibial</translation>
     </message>
     <message>
         <source>Fragments in %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Fragments dans %1</translation>
     </message>
     <message>
         <source>base</source>
-        <translation type="unfinished"></translation>
+        <translation>base</translation>
     </message>
     <message>
         <source>free</source>
-        <translation type="unfinished"></translation>
+        <translation>libre</translation>
     </message>
     <message>
         <source>distance of aligned from base fragment</source>
-        <translation type="unfinished"></translation>
+        <translation>distance du fragment recalé au fragment de base</translation>
     </message>
     <message>
         <source>coloring of base fragment according to distance of aligned fragment</source>
-        <translation type="unfinished"></translation>
+        <translation>coloration du fragment de base selon la distance du fragment recalé</translation>
     </message>
     <message>
         <source>Load the segmentation</source>
-        <translation type="unfinished"></translation>
+        <translation>Charger la segmentation</translation>
     </message>
     <message>
         <source>all supported Files (*.mhd; *.bmp; *.vis; *.hdr)
@@ -1046,433 +1053,438 @@ Meta Images (*.mhd)
 Windows Bitmaps (*.bmp)
 Tallowbrook VIS Files (*.vis)
 Analyze Image (*.hdr)</source>
-        <translation type="unfinished"></translation>
+        <translation>tous les fichiers pris en charge (*.mhd; *.bmp; *.vis; *.hdr)
+Images Meta (*.mhd)
+Bitmaps Windows (*.bmp)
+Fichiers VIS Tallowbrook (*.vis)
+Image Analyze (*.hdr)</translation>
     </message>
     <message>
         <source>Reload of %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Rechargement de %1</translation>
     </message>
     <message>
         <source>Tevora</source>
-        <translation type="unfinished"></translation>
+        <translation>Tevora</translation>
     </message>
     <message>
         <source>Cannot open new view. No image loaded.</source>
-        <translation type="unfinished"></translation>
+        <translation>Impossible d&apos;ouvrir une nouvelle vue. Aucune image n&apos;est chargée.</translation>
     </message>
     <message>
         <source>Center of Mass of %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Centre de masse de %1</translation>
     </message>
     <message>
         <source>In-plane Centers of Mass of %1 (voxel values minus 100) copied to clipboard.</source>
-        <translation type="unfinished"></translation>
+        <translation>Les centres de masse de %1 dans les plans de coupe (valeurs des voxels moins 100) ont été copiés dans le presse-papiers.</translation>
     </message>
 </context>
 <context>
     <name>MervImageObject</name>
     <message>
         <source>Unnamed Image</source>
-        <translation type="unfinished"></translation>
+        <translation>Image sans nom</translation>
     </message>
     <message>
         <source>DICOM</source>
-        <translation type="unfinished"></translation>
+        <translation>DICOM</translation>
     </message>
     <message>
         <source>range</source>
-        <translation type="unfinished"></translation>
+        <translation>plage de valeurs</translation>
     </message>
 </context>
 <context>
     <name>MhdSerializer</name>
     <message>
         <source>MetaImage file</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichier MetaImage</translation>
     </message>
 </context>
 <context>
     <name>MhdUnserializer</name>
     <message>
         <source>MetaImage file</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichier MetaImage</translation>
     </message>
 </context>
 <context>
     <name>QStackedSliceView</name>
     <message>
         <source>Stacked Slice View</source>
-        <translation type="unfinished"></translation>
+        <translation>Vue de pile de coupes</translation>
     </message>
     <message>
         <source>x = %L1 mm; y = %L2 mm; z = %L3 mm</source>
-        <translation type="unfinished"></translation>
+        <translation>x = %L1 mm&#xa0;; y = %L2 mm&#xa0;; z = %L3 mm</translation>
     </message>
 </context>
 <context>
     <name>QStackedSliceViewer</name>
     <message>
         <source>Stacked Slice Viewer</source>
-        <translation type="unfinished"></translation>
+        <translation>Visionneuse de pile de coupes</translation>
     </message>
     <message>
         <source>Perspective</source>
-        <translation type="unfinished"></translation>
+        <translation>Perspective</translation>
     </message>
     <message>
         <source>allows to adjust the parameters of the projection</source>
-        <translation type="unfinished"></translation>
+        <translation>permet de régler les paramètres de la projection</translation>
     </message>
     <message>
         <source>test tip</source>
-        <translation type="unfinished"></translation>
+        <translation>bulle de test</translation>
     </message>
     <message>
         <source>Window</source>
-        <translation type="unfinished"></translation>
+        <translation>Fenêtrage</translation>
     </message>
     <message>
         <source>allows to adjust brightness and contrast</source>
-        <translation type="unfinished"></translation>
+        <translation>permet de régler la luminosité et le contraste</translation>
     </message>
     <message>
         <source>Move</source>
-        <translation type="unfinished"></translation>
+        <translation>Déplacer</translation>
     </message>
     <message>
         <source>enables moving the displayed image around the screen</source>
-        <translation type="unfinished"></translation>
+        <translation>permet de déplacer l&apos;image affichée à l&apos;écran</translation>
     </message>
     <message>
         <source>Zoom</source>
-        <translation type="unfinished"></translation>
+        <translation>Zoom</translation>
     </message>
     <message>
         <source>allows to adjust the magnification of the display</source>
-        <translation type="unfinished"></translation>
+        <translation>permet de régler l&apos;agrandissement de l&apos;affichage</translation>
     </message>
     <message>
         <source>Trace</source>
-        <translation type="unfinished"></translation>
+        <translation>Tracer</translation>
     </message>
     <message>
         <source>enables drawing contours along automatically detected edge points</source>
-        <translation type="unfinished"></translation>
+        <translation>permet de tracer des contours le long de points de contour détectés automatiquement</translation>
     </message>
     <message>
         <source>Guess</source>
-        <translation type="unfinished"></translation>
+        <translation>Deviner</translation>
     </message>
     <message>
         <source>can be used to delete contour points or segments</source>
-        <translation type="unfinished"></translation>
+        <translation>permet d&apos;effacer des points ou des segments de contour</translation>
     </message>
     <message>
         <source>Erase</source>
-        <translation type="unfinished"></translation>
+        <translation>Effacer</translation>
     </message>
     <message>
         <source>Load</source>
-        <translation type="unfinished"></translation>
+        <translation>Charger</translation>
     </message>
     <message>
         <source>enables loading contours of all slices</source>
-        <translation type="unfinished"></translation>
+        <translation>permet de charger les contours de toutes les coupes</translation>
     </message>
     <message>
         <source>Screenshot</source>
-        <translation type="unfinished"></translation>
+        <translation>Capture d&apos;écran</translation>
     </message>
     <message>
         <source>Image Composition Tree</source>
-        <translation type="unfinished"></translation>
+        <translation>Arbre de composition de l&apos;image</translation>
     </message>
     <message>
         <source>Save Screenshot as</source>
-        <translation type="unfinished"></translation>
+        <translation>Enregistrer la capture d&apos;écran sous</translation>
     </message>
     <message>
         <source>JPEG Image (*.jpg)
 Portable Network Graphics (*.png)</source>
-        <translation type="unfinished"></translation>
+        <translation>Image JPEG (*.jpg)
+Portable Network Graphics (*.png)</translation>
     </message>
 </context>
 <context>
     <name>RasterizerObject</name>
     <message>
         <source>raster value</source>
-        <translation type="unfinished"></translation>
+        <translation>valeur de rastérisation</translation>
     </message>
     <message>
         <source>Rasterization of %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Rastérisation de %1</translation>
     </message>
 </context>
 <context>
     <name>SlicSerializer</name>
     <message>
         <source>Sliced Contours</source>
-        <translation type="unfinished"></translation>
+        <translation>Contours par coupes</translation>
     </message>
 </context>
 <context>
     <name>SlicUnserializer</name>
     <message>
         <source>Sliced Contours</source>
-        <translation type="unfinished"></translation>
+        <translation>Contours par coupes</translation>
     </message>
 </context>
 <context>
     <name>SliceDistanceDialog</name>
     <message>
         <source>Select Slice Distance Algorithm</source>
-        <translation type="unfinished"></translation>
+        <translation>Choisir l&apos;algorithme de distance des coupes</translation>
     </message>
     <message>
         <source>There are several ways to determine the slice distance of the Dicom series. Select on which algorithm&apos;s result to rely.</source>
-        <translation type="unfinished"></translation>
+        <translation>La distance des coupes de la série Dicom peut être déterminée de plusieurs façons. Choisissez l&apos;algorithme dont le résultat doit être retenu.</translation>
     </message>
     <message>
         <source>Slice Location based algorithm; result: %1 mm</source>
-        <translation type="unfinished"></translation>
+        <translation>Algorithme fondé sur Slice Location&#xa0;; résultat&#xa0;: %1 mm</translation>
     </message>
     <message>
         <source>GDCM internal algorithm; result: %1 mm</source>
-        <translation type="unfinished"></translation>
+        <translation>Algorithme interne de GDCM&#xa0;; résultat&#xa0;: %1 mm</translation>
     </message>
     <message>
         <source>Image Position (Patient) based algorithm; result: %1 mm</source>
-        <translation type="unfinished"></translation>
+        <translation>Algorithme fondé sur Image Position (Patient)&#xa0;; résultat&#xa0;: %1 mm</translation>
     </message>
 </context>
 <context>
     <name>SliceSelector</name>
     <message>
         <source>%1 = %2 in %3</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 = %2 dans %3</translation>
     </message>
 </context>
 <context>
     <name>SlicedContour</name>
     <message>
         <source>some Contour</source>
-        <translation type="unfinished"></translation>
+        <translation>un contour</translation>
     </message>
 </context>
 <context>
     <name>SlicedContoursFragment</name>
     <message>
         <source>some Fragment</source>
-        <translation type="unfinished"></translation>
+        <translation>un fragment</translation>
     </message>
 </context>
 <context>
     <name>SlicedContoursObject</name>
     <message>
         <source>Unnamed Contours</source>
-        <translation type="unfinished"></translation>
+        <translation>Contours sans nom</translation>
     </message>
 </context>
 <context>
     <name>SlicedContoursTriangulator</name>
     <message>
         <source>Triangulation of %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Triangulation de %1</translation>
     </message>
     <message>
         <source>%1 (triangulated)</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 (triangulé)</translation>
     </message>
 </context>
 <context>
     <name>SlicedMetricsModel</name>
     <message>
         <source>Sliced metrics cannot be computed for this image.</source>
-        <translation type="unfinished"></translation>
+        <translation>Les mesures par coupes ne peuvent pas être calculées pour cette image.</translation>
     </message>
     <message>
         <source>%L1 mm^2</source>
-        <translation type="unfinished"></translation>
+        <translation>%L1 mm^2</translation>
     </message>
     <message>
         <source>%L1 mm^3</source>
-        <translation type="unfinished"></translation>
+        <translation>%L1 mm^3</translation>
     </message>
     <message>
         <source>%L1 mm</source>
-        <translation type="unfinished"></translation>
+        <translation>%L1 mm</translation>
     </message>
     <message>
         <source>unavailable</source>
-        <translation type="unfinished"></translation>
+        <translation>non disponible</translation>
     </message>
     <message>
         <source>Thickness parameters</source>
-        <translation type="unfinished"></translation>
+        <translation>Paramètres d&apos;épaisseur</translation>
     </message>
     <message>
         <source>at z = %L1 mm</source>
-        <translation type="unfinished"></translation>
+        <translation>à z = %L1 mm</translation>
     </message>
     <message>
         <source>area/length of section at z = %L1 mm</source>
-        <translation type="unfinished"></translation>
+        <translation>aire/longueur de la section à z = %L1 mm</translation>
     </message>
     <message>
         <source>Total</source>
-        <translation type="unfinished"></translation>
+        <translation>Total</translation>
     </message>
     <message>
         <source>Total (corrected)</source>
-        <translation type="unfinished"></translation>
+        <translation>Total (corrigé)</translation>
     </message>
     <message>
         <source>MaxThicknes</source>
-        <translation type="unfinished"></translation>
+        <translation>ÉpaisseurMax</translation>
     </message>
     <message>
         <source>AvMaxThickness</source>
-        <translation type="unfinished"></translation>
+        <translation>ÉpaisseurMaxMoy</translation>
     </message>
     <message>
         <source>MeanThickness</source>
-        <translation type="unfinished"></translation>
+        <translation>ÉpaisseurMoyenne</translation>
     </message>
     <message>
         <source>StdThickness</source>
-        <translation type="unfinished"></translation>
+        <translation>ÉcartTypeÉpaisseur</translation>
     </message>
 </context>
 <context>
     <name>SlicedMetricsViewer</name>
     <message>
         <source>Metrics of %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Mesures de %1</translation>
     </message>
 </context>
 <context>
     <name>TextSerializer</name>
     <message>
         <source>Text (tab separated values)</source>
-        <translation type="unfinished"></translation>
+        <translation>Texte (valeurs séparées par des tabulations)</translation>
     </message>
 </context>
 <context>
     <name>TextSlicSerializer</name>
     <message>
         <source>Text file</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichier texte</translation>
     </message>
 </context>
 <context>
     <name>TraceMode</name>
     <message>
         <source>Tracing edges requires a Sliced Contours Fragment to be selected for editing.</source>
-        <translation type="unfinished"></translation>
+        <translation>Pour tracer des contours, un fragment de contours par coupes doit être sélectionné pour l&apos;édition.</translation>
     </message>
     <message>
         <source>%1 mm will be replaced.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 mm seront remplacés.</translation>
     </message>
 </context>
 <context>
     <name>TriMeshAligner</name>
     <message>
         <source>%1 aligned to %2</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 recalé sur %2</translation>
     </message>
 </context>
 <context>
     <name>TriMeshDistanceMeasurer</name>
     <message>
         <source>some distance measurer for triangle meshes</source>
-        <translation type="unfinished"></translation>
+        <translation>une mesure de distance pour maillages triangulaires</translation>
     </message>
 </context>
 <context>
     <name>VisSerializer</name>
     <message>
         <source>Tallowbrook VIS format</source>
-        <translation type="unfinished"></translation>
+        <translation>Format VIS Tallowbrook</translation>
     </message>
 </context>
 <context>
     <name>VisUnserializer</name>
     <message>
         <source>Tallowbrook VIS format</source>
-        <translation type="unfinished"></translation>
+        <translation>Format VIS Tallowbrook</translation>
     </message>
 </context>
 <context>
     <name>VoxelSizeDialog</name>
     <message>
         <source>The image being loaded consists of %1x%2x%3 voxels without information on physical dimensions. Enter one voxel&apos;s dimensions.</source>
-        <translation type="unfinished"></translation>
+        <translation>L&apos;image à charger se compose de %1x%2x%3 voxels sans indication de dimensions physiques. Saisissez les dimensions d&apos;un voxel.</translation>
     </message>
     <message>
         <source>voxel x size:</source>
-        <translation type="unfinished"></translation>
+        <translation>taille du voxel en x&#xa0;:</translation>
     </message>
     <message>
         <source>voxel y size:</source>
-        <translation type="unfinished"></translation>
+        <translation>taille du voxel en y&#xa0;:</translation>
     </message>
     <message>
         <source>voxel z size:</source>
-        <translation type="unfinished"></translation>
+        <translation>taille du voxel en z&#xa0;:</translation>
     </message>
     <message>
         <source>mm</source>
-        <translation type="unfinished"></translation>
+        <translation>mm</translation>
     </message>
 </context>
 <context>
     <name>WindowsBitmapSerializer</name>
     <message>
         <source>Windows bitmap</source>
-        <translation type="unfinished"></translation>
+        <translation>Bitmap Windows</translation>
     </message>
 </context>
 <context>
     <name>WindowsBitmapUnserializer</name>
     <message>
         <source>Windows bitmap</source>
-        <translation type="unfinished"></translation>
+        <translation>Bitmap Windows</translation>
     </message>
 </context>
 <context>
     <name>main</name>
     <message>
         <source>Installiere Sprachunterstützung (deutsch) ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Installation de la langue (allemand) ...</translation>
     </message>
     <message>
         <source>Installiere Sprachunterstützung (englisch) ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Installation de la langue (anglais) ...</translation>
     </message>
     <message>
         <source>Installiere Sprachunterstützung (französisch) ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Installation de la langue (français) ...</translation>
     </message>
     <message>
         <source>Installiere Sprachunterstützung (Landessprache) ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Installation de la langue (locale) ...</translation>
     </message>
     <message>
         <source>Lade ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Chargement ...</translation>
     </message>
     <message>
         <source>Lade Sprachunterstützung ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Chargement des langues ...</translation>
     </message>
     <message>
         <source>Preparing user interface, and loading images ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Préparation de l&apos;interface et chargement des images ...</translation>
     </message>
     <message>
         <source>... finished.</source>
-        <translation type="unfinished"></translation>
+        <translation>... terminé.</translation>
     </message>
 </context>
 </TS>
