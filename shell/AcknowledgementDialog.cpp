@@ -45,8 +45,11 @@ AcknowledgementDialog::AcknowledgementDialog(QWidget *parent)
     setWindowTitle(tr("Acknowledging Usage of Tevora"));
     browser->setReadOnly(true);
     browser->setOpenExternalLinks(true);
+    //: Stands between the two texts on a publication below.
     languages->addItem(tr("English", "ACK_LANG"), "en");
+    //: Stands between the two texts on a publication below.
     languages->addItem(tr("German", "ACK_LANG"), "de");
+    //: Stands between the two texts on a publication below.
     languages->addItem(tr("French", "ACK_LANG"), "fr");
     showMessage(0);
     languages->model()->sort(0, Qt::AscendingOrder);

@@ -37,8 +37,10 @@ std::unique_ptr<MainWindow> startUp(TevoraSplashScreen &splash)
 {
     splash.show();
     QCoreApplication::processEvents();
+    //: Shown before the translations are there: always in German.
     splash.setProgress(0.0f, QCoreApplication::translate("main", "Lade ..."));
     sleepWithEvents(pauseMilliseconds);
+    //: Shown before the translations are there: always in German.
     splash.setProgress(0.1f, QCoreApplication::translate("main", "Lade Sprachunterstützung ..."));
     sleepWithEvents(pauseMilliseconds);
     const Language language = chooseLanguage(QCoreApplication::arguments(), QLocale::system().name());

@@ -73,7 +73,7 @@ bool judge(const QString &output, const DemoScript &script, const std::vector<Tr
     return contoursAreGood && measuresAreGood;
 }
 
-int runDemo(const QString &folder, int argc, char **argv)
+int runDemo(const QString &folder, char *program)
 {
     const demo::PhantomParameters parameters;
     const QString output = QDir(folder).absolutePath();
@@ -110,7 +110,10 @@ int runDemo(const QString &folder, int argc, char **argv)
             }
         });
     };
-    runApplication(argc, argv, startPilot);
+    // The pilot finds menus and buttons by their English texts, whatever the user's language.
+    char english[] = "--english";
+    char *arguments[] = {program, english, nullptr};
+    runApplication(2, arguments, startPilot);
     pilot.join();
     if (!finished)
         return 1;
@@ -125,7 +128,7 @@ int main(int argc, char **argv)
     if (argc == 3 && std::string(argv[1]) == "--phantom")
         return writePhantom(QFile::decodeName(argv[2]), demo::PhantomParameters()) ? 0 : 1;
     if (argc == 2)
-        return runDemo(QFile::decodeName(argv[1]), argc, argv);
+        return runDemo(QFile::decodeName(argv[1]), argv[0]);
     std::cerr << "usage: tevora-demo [--phantom] DIR" << std::endl;
     return 2;
 }

@@ -10,16 +10,19 @@
     <message>
         <source>English</source>
         <comment>ACK_LANG</comment>
+        <extracomment>Stands between the two texts on a publication below.</extracomment>
         <translation>englischsprachigen</translation>
     </message>
     <message>
         <source>German</source>
         <comment>ACK_LANG</comment>
+        <extracomment>Stands between the two texts on a publication below.</extracomment>
         <translation>deutschsprachigen</translation>
     </message>
     <message>
         <source>French</source>
         <comment>ACK_LANG</comment>
+        <extracomment>Stands between the two texts on a publication below.</extracomment>
         <translation>französischsprachigen</translation>
     </message>
     <message>
@@ -1316,7 +1319,7 @@ Portable Network Graphics (*.png)</translation>
     </message>
     <message>
         <source>unavailable</source>
-        <translation>nicht verfügbar</translation>
+        <translation>unverfügbar</translation>
     </message>
     <message>
         <source>Thickness parameters</source>
@@ -1456,26 +1459,32 @@ Portable Network Graphics (*.png)</translation>
     <name>main</name>
     <message>
         <source>Installiere Sprachunterstützung (deutsch) ...</source>
+        <extracomment>Shown before the translations are there: always in German.</extracomment>
         <translation>Installiere Sprachunterstützung (deutsch) ...</translation>
     </message>
     <message>
         <source>Installiere Sprachunterstützung (englisch) ...</source>
+        <extracomment>Shown before the translations are there: always in German.</extracomment>
         <translation>Installiere Sprachunterstützung (englisch) ...</translation>
     </message>
     <message>
         <source>Installiere Sprachunterstützung (französisch) ...</source>
+        <extracomment>Shown before the translations are there: always in German.</extracomment>
         <translation>Installiere Sprachunterstützung (französisch) ...</translation>
     </message>
     <message>
         <source>Installiere Sprachunterstützung (Landessprache) ...</source>
+        <extracomment>Shown before the translations are there: always in German.</extracomment>
         <translation>Installiere Sprachunterstützung (Landessprache) ...</translation>
     </message>
     <message>
         <source>Lade ...</source>
+        <extracomment>Shown before the translations are there: always in German.</extracomment>
         <translation>Lade ...</translation>
     </message>
     <message>
         <source>Lade Sprachunterstützung ...</source>
+        <extracomment>Shown before the translations are there: always in German.</extracomment>
         <translation>Lade Sprachunterstützung ...</translation>
     </message>
     <message>

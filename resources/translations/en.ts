@@ -10,16 +10,19 @@
     <message>
         <source>English</source>
         <comment>ACK_LANG</comment>
+        <extracomment>Stands between the two texts on a publication below.</extracomment>
         <translation>English</translation>
     </message>
     <message>
         <source>German</source>
         <comment>ACK_LANG</comment>
+        <extracomment>Stands between the two texts on a publication below.</extracomment>
         <translation>German</translation>
     </message>
     <message>
         <source>French</source>
         <comment>ACK_LANG</comment>
+        <extracomment>Stands between the two texts on a publication below.</extracomment>
         <translation>French</translation>
     </message>
     <message>
@@ -1456,26 +1459,32 @@ Portable Network Graphics (*.png)</translation>
     <name>main</name>
     <message>
         <source>Installiere Sprachunterstützung (deutsch) ...</source>
+        <extracomment>Shown before the translations are there: always in German.</extracomment>
         <translation>Installing language support (German) ...</translation>
     </message>
     <message>
         <source>Installiere Sprachunterstützung (englisch) ...</source>
+        <extracomment>Shown before the translations are there: always in German.</extracomment>
         <translation>Installing language support (English) ...</translation>
     </message>
     <message>
         <source>Installiere Sprachunterstützung (französisch) ...</source>
+        <extracomment>Shown before the translations are there: always in German.</extracomment>
         <translation>Installing language support (French) ...</translation>
     </message>
     <message>
         <source>Installiere Sprachunterstützung (Landessprache) ...</source>
+        <extracomment>Shown before the translations are there: always in German.</extracomment>
         <translation>Installing language support (local language) ...</translation>
     </message>
     <message>
         <source>Lade ...</source>
+        <extracomment>Shown before the translations are there: always in German.</extracomment>
         <translation>Loading ...</translation>
     </message>
     <message>
         <source>Lade Sprachunterstützung ...</source>
+        <extracomment>Shown before the translations are there: always in German.</extracomment>
         <translation>Loading language support ...</translation>
     </message>
     <message>

@@ -10,16 +10,19 @@
     <message>
         <source>English</source>
         <comment>ACK_LANG</comment>
+        <extracomment>Stands between the two texts on a publication below.</extracomment>
         <translation>en anglais</translation>
     </message>
     <message>
         <source>German</source>
         <comment>ACK_LANG</comment>
+        <extracomment>Stands between the two texts on a publication below.</extracomment>
         <translation>en allemand</translation>
     </message>
     <message>
         <source>French</source>
         <comment>ACK_LANG</comment>
+        <extracomment>Stands between the two texts on a publication below.</extracomment>
         <translation>en français</translation>
     </message>
     <message>
@@ -1316,7 +1319,7 @@ Portable Network Graphics (*.png)</translation>
     </message>
     <message>
         <source>unavailable</source>
-        <translation>non disponible</translation>
+        <translation>indisponible</translation>
     </message>
     <message>
         <source>Thickness parameters</source>
@@ -1456,26 +1459,32 @@ Portable Network Graphics (*.png)</translation>
     <name>main</name>
     <message>
         <source>Installiere Sprachunterstützung (deutsch) ...</source>
+        <extracomment>Shown before the translations are there: always in German.</extracomment>
         <translation>Installation de la langue (allemand) ...</translation>
     </message>
     <message>
         <source>Installiere Sprachunterstützung (englisch) ...</source>
+        <extracomment>Shown before the translations are there: always in German.</extracomment>
         <translation>Installation de la langue (anglais) ...</translation>
     </message>
     <message>
         <source>Installiere Sprachunterstützung (französisch) ...</source>
+        <extracomment>Shown before the translations are there: always in German.</extracomment>
         <translation>Installation de la langue (français) ...</translation>
     </message>
     <message>
         <source>Installiere Sprachunterstützung (Landessprache) ...</source>
+        <extracomment>Shown before the translations are there: always in German.</extracomment>
         <translation>Installation de la langue (locale) ...</translation>
     </message>
     <message>
         <source>Lade ...</source>
+        <extracomment>Shown before the translations are there: always in German.</extracomment>
         <translation>Chargement ...</translation>
     </message>
     <message>
         <source>Lade Sprachunterstützung ...</source>
+        <extracomment>Shown before the translations are there: always in German.</extracomment>
         <translation>Chargement des langues ...</translation>
     </message>
     <message>

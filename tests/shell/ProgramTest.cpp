@@ -21,6 +21,7 @@ class ProgramTest : public QObject
         QProcessEnvironment values = QProcessEnvironment::systemEnvironment();
         values.insert("XDG_CONFIG_HOME", home.path());
         values.insert("XDG_DATA_HOME", home.path());
+        values.insert("LC_ALL", "C.UTF-8"); // no language of its own: the texts are those of the sources
         return values;
     }
 
