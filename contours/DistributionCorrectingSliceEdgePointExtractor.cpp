@@ -12,22 +12,23 @@ namespace {
 void report(const MeasuredDistribution &measured, const SimulatedDistribution &simulated)
 {
     std::ostream &out = std::cout;
-    const int scale = histogramScale(measured.x, measured.y, simulated.x);
+    const int scale = histogramScale(measured.measuredX, measured.measuredY, simulated.simulatedX);
     const std::string bars = "Measured (***) and simulated (---) edge point ";
-    printHistograms(out, bars + "x positions", measured.x, simulated.x, scale);
-    printHistograms(out, bars + "y positions", measured.y, simulated.x, scale);
-    printHistograms(out, bars + "t positions", measured.t, simulated.t, scale);
+    printHistograms(out, bars + "x positions", measured.measuredX, simulated.simulatedX, scale);
+    printHistograms(out, bars + "y positions", measured.measuredY, simulated.simulatedX, scale);
+    printHistograms(out, bars + "t positions", measured.measuredT, simulated.simulatedT, scale);
     const std::string distribution = "distribution of edge point ";
-    printJoint(out, "Measured " + distribution + "x and y positions", measured.xy, 1.0);
-    printJoint(out, "Measured " + distribution + "alpha and t positions", measured.alphaT, 1.0);
-    printJoint(out, "Measured " + distribution + "theta and t positions", measured.thetaT, 1.0);
+    printJoint(out, "Measured " + distribution + "x and y positions", measured.jointXY);
+    printJoint(out, "Measured " + distribution + "alpha and t positions", measured.jointAlphaT);
+    printJoint(out, "Measured " + distribution + "theta and t positions", measured.jointThetaT);
     printJointPerRow(out, "Per-angle normalized measured " + distribution + "alpha and t positions",
-                     measured.alphaT);
+                     measured.jointAlphaT);
     const double factor =
-        static_cast<double>(measured.count) / static_cast<double>(std::max<std::int64_t>(simulated.count, 1));
-    printJoint(out, "Simulated " + distribution + "alpha and t positions", simulated.alphaT, factor);
+        static_cast<double>(measured.measuredCount) / static_cast<double>(simulated.simulatedCount);
+    printJointScaled(out, "Simulated " + distribution + "alpha and t positions",
+                     simulated.simulatedJointAlphaT, factor);
     printJointPerRow(out, "Per-angle normalized simulated " + distribution + "alpha and t positions",
-                     simulated.alphaT);
+                     simulated.simulatedJointAlphaT);
 }
 
 // Moves a coordinate (mm) inside its pixel; it stays where the function has no finite answer.
@@ -42,11 +43,11 @@ void correct(float &coordinate, float spacing, const CorrectionFunction &functio
 
 void reportCorrected(const MeasuredDistribution &corrected)
 {
-    const Histogram disc = simulateDisc(static_cast<int>(corrected.count));
-    const int scale = histogramScale(corrected.x, corrected.y, disc);
+    const Histogram disc = simulateDisc(static_cast<int>(corrected.measuredCount));
+    const int scale = histogramScale(corrected.measuredX, corrected.measuredY, disc);
     const std::string bars = "Measured corrected (***) and simulated (---) edge point ";
-    printHistograms(std::cout, bars + "x positions", corrected.x, disc, scale);
-    printHistograms(std::cout, bars + "y positions", corrected.y, disc, scale);
+    printHistograms(std::cout, bars + "x positions", corrected.measuredX, disc, scale);
+    printHistograms(std::cout, bars + "y positions", corrected.measuredY, disc, scale);
     std::cout << std::flush;
 }
 
@@ -70,8 +71,8 @@ void DistributionCorrectingSliceEdgePointExtractor::postProcess()
     const SimulatedDistribution simulated = simulateDistribution();
     report(measured, simulated);
     // The simulated positions along x serve for both axes.
-    const CorrectionFunction alongX = makeCorrection(measured.x, simulated.x);
-    const CorrectionFunction alongY = makeCorrection(measured.y, simulated.x);
+    const CorrectionFunction alongX = makeCorrection(measured.measuredX, simulated.simulatedX);
+    const CorrectionFunction alongY = makeCorrection(measured.measuredY, simulated.simulatedX);
     const std::string heading = "edge point position correction function ";
     printCorrection(std::cout, heading + "(x): measured, corrected, slope till next data point", alongX);
     printCorrection(std::cout, heading + "(y): measured, corrected, slope till next data point", alongY);

@@ -43,10 +43,10 @@ void addSample(SimulatedDistribution &result, double angle, double distance, dou
                   << std::endl;
         std::abort();
     }
-    ++result.x[binOf(std::cos(angle) * distance + 0.5, histogramBins)];
-    ++result.t[binOf(shift + 0.5, histogramBins)];
-    ++result.alphaT[static_cast<std::size_t>(indAlpha)][static_cast<std::size_t>(indT)];
-    ++result.count;
+    ++result.simulatedX[binOf(std::cos(angle) * distance + 0.5, histogramBins)];
+    ++result.simulatedT[binOf(shift + 0.5, histogramBins)];
+    ++result.simulatedJointAlphaT[static_cast<std::size_t>(indAlpha)][static_cast<std::size_t>(indT)];
+    ++result.simulatedCount;
 }
 
 // A straight line that marches through the grid of pixels from crossing to crossing.
@@ -57,9 +57,7 @@ public:
         : a(LegacyRandom::next() / 32768.0 * pi / 2.0)
         , b(pi / 2.0 - a)
     {
-        const double ca = std::cos(a);
-        const double sa = std::sin(a);
-        vertical = ca < LegacyRandom::next() / 32767.0 * (ca + sa);
+        vertical = cosA < LegacyRandom::next() / 32767.0 * (cosA + sinA);
         u = LegacyRandom::next() / 32768.0;
     }
 
@@ -75,9 +73,9 @@ public:
 private:
     void sample(SimulatedDistribution &result) const
     {
-        const double w = ((vertical ? -u : u) + std::tan(a - pi / 4.0) * (1.0 - u)) / std::numbers::sqrt2;
-        const double distance = w * std::cos(a - pi / 4.0);
-        const double shift = distance / std::min(std::abs(1.0 / std::sin(a)), std::abs(1.0 / std::cos(a)));
+        const double w = ((vertical ? -u : u) + tanDiagonal * (1.0 - u)) / std::numbers::sqrt2;
+        const double distance = w * cosDiagonal;
+        const double shift = distance / longestShift;
         if (std::abs(shift) < 0.5) {
             addSample(result, a, distance, shift);
             addSample(result, -a, distance, shift);
@@ -89,23 +87,48 @@ private:
     {
         const double v = 1.0 - u;
         const bool low = b <= (vertical ? std::atan(v) : pi / 2.0 - std::atan(v));
-        const double angle = low ? b : a;
+        const double tangent = low ? tanB : tanA;
         // Straight on to the opposite side, or round the corner to a neighbouring one.
         const bool straight = vertical == low;
-        u = straight ? u + std::tan(angle) : v * std::tan(angle);
+        u = straight ? u + tangent : v * tangent;
         if (u >= 1.0)
             u -= 1.0;
         vertical = low;
-        return (straight ? 1.0 : v) / std::cos(angle);
+        return (straight ? 1.0 : v) / (low ? cosB : cosA);
     }
 
-    double a;
-    double b;
-    bool vertical; // which sides of the pixel the present crossing lies on
+    const double a;
+    const double b;
+    const double cosA = std::cos(a);
+    const double sinA = std::sin(a);
+    const double tanA = std::tan(a);
+    const double cosB = std::cos(b);
+    const double tanB = std::tan(b);
+    const double cosDiagonal = std::cos(a - pi / 4.0);
+    const double tanDiagonal = std::tan(a - pi / 4.0);
+    const double longestShift = std::min(std::abs(1.0 / sinA), std::abs(1.0 / cosA));
+    bool vertical = false; // which sides of the pixel the present crossing lies on
     double u = 0.0;
 };
 
-// Counts as densities, 1 on average; all 0 if there are none. One entry more, which is read but never used.
+// One line per row of the table; printCell gets a count and the sum of its row.
+template <class PrintCell>
+void printTable(std::ostream &stream, const std::string &heading, const JointHistogram &joint,
+                PrintCell printCell)
+{
+    stream << heading << '\n';
+    for (const auto &row : joint) {
+        const double sum = std::accumulate(row.begin(), row.end(), 0.0);
+        for (const std::int32_t count : row) {
+            printCell(count, sum);
+            stream << ' ';
+        }
+        stream << '\n';
+    }
+}
+
+// Counts as densities, 1 on average; all 0 if there are none. Raw counts do not compare: there are far more
+// simulated points than measured ones. One entry more, which is read but never used.
 std::array<double, histogramBins + 1> densities(const Histogram &counts)
 {
     std::array<double, histogramBins + 1> result{};
@@ -145,14 +168,14 @@ MeasuredDistribution measureDistribution(const EdgePointSlices &slices, float sp
             const double y = positionInPixel(point.y, spacingY) - 0.5;
             const double alpha = point.alpha();
             const double shift = scaledShift(x, y, alpha);
-            ++result.x[binOf(x + 0.5, histogramBins)];
-            ++result.y[binOf(y + 0.5, histogramBins)];
-            ++result.t[binOf(shift + 0.5, histogramBins)];
-            ++result.xy[binOf(x + 0.5, jointNumBins)][binOf(y + 0.5, jointNumBins)];
-            ++result.alphaT[binOf(alpha / pi + 0.5, jointNumBins)][binOf(shift + 0.5, jointNumBins)];
-            ++result.thetaT[binOf(point.theta() / 2.0 / pi + 0.5, jointNumBins)]
-                           [binOf(point.t() / std::numbers::sqrt2 + 0.5, jointNumBins)];
-            ++result.count;
+            ++result.measuredX[binOf(x + 0.5, histogramBins)];
+            ++result.measuredY[binOf(y + 0.5, histogramBins)];
+            ++result.measuredT[binOf(shift + 0.5, histogramBins)];
+            ++result.jointXY[binOf(x + 0.5, jointNumBins)][binOf(y + 0.5, jointNumBins)];
+            ++result.jointAlphaT[binOf(alpha / pi + 0.5, jointNumBins)][binOf(shift + 0.5, jointNumBins)];
+            ++result.jointThetaT[binOf(point.theta() / 2.0 / pi + 0.5, jointNumBins)]
+                                [binOf(point.t() / std::numbers::sqrt2 + 0.5, jointNumBins)];
+            ++result.measuredCount;
         }
     return result;
 }
@@ -248,36 +271,35 @@ void printHistograms(std::ostream &stream, const std::string &heading, const His
     const auto bar = [&](std::int32_t count, char mark) {
         const std::int64_t length =
             std::min<std::int64_t>(barLength, std::int64_t{barLength} * count / scale);
-        return std::string(static_cast<std::size_t>(length), mark);
+        std::string text(static_cast<std::size_t>(length), mark);
+        text.resize(barLength, ' ');
+        return text;
     };
     stream << heading << '\n';
     for (std::size_t i = 0; i < measured.size(); ++i)
-        stream << bar(measured[i], '*') << '\n'
-               << bar(simulated[i], '-') << ' ' << static_cast<double>(i) / histogramBins << ' '
-               << measured[i] << ' ' << simulated[i] << '\n';
+        stream << bar(measured[i], '*') << ' ' << bar(simulated[i], '-') << ' '
+               << static_cast<double>(i) / histogramBins << ' ' << measured[i] << ' ' << simulated[i] << '\n';
 }
 
-void printJoint(std::ostream &stream, const std::string &heading, const JointHistogram &joint, double factor)
+void printJoint(std::ostream &stream, const std::string &heading, const JointHistogram &joint)
 {
-    stream << heading << '\n';
-    for (const auto &row : joint) {
-        for (const std::int32_t count : row)
-            stream << count * factor << ' ';
-        stream << '\n';
-    }
+    printTable(stream, heading, joint, [&](std::int32_t count, double) { stream << count; });
+}
+
+void printJointScaled(std::ostream &stream, const std::string &heading, const JointHistogram &joint,
+                      double factor)
+{
+    printTable(stream, heading, joint, [&](std::int32_t count, double) { stream << count * factor; });
 }
 
 void printJointPerRow(std::ostream &stream, const std::string &heading, const JointHistogram &joint)
 {
     const std::ios_base::fmtflags flags = stream.flags();
     const std::streamsize precision = stream.precision();
-    stream << heading << '\n' << std::fixed << std::setprecision(4);
-    for (const auto &row : joint) {
-        const double sum = std::max(1.0, std::accumulate(row.begin(), row.end(), 0.0));
-        for (const std::int32_t count : row)
-            stream << std::setw(6) << count / sum << ' ';
-        stream << '\n';
-    }
+    stream << std::fixed << std::setprecision(4);
+    printTable(stream, heading, joint, [&](std::int32_t count, double rowSum) {
+        stream << std::setw(6) << count / std::max(1.0, rowSum);
+    });
     stream.flags(flags);
     stream.precision(precision);
 }

@@ -21,21 +21,21 @@ using EdgePointSlices = std::vector<std::vector<EdgePoint>>;
 
 struct MeasuredDistribution
 {
-    Histogram x{}; // positions inside the pixel
-    Histogram y{};
-    Histogram t{}; // shift along the gradient, scaled to -0.5 .. 0.5
-    JointHistogram xy{};
-    JointHistogram alphaT{};
-    JointHistogram thetaT{};
-    std::int64_t count = 0;
+    Histogram measuredX{}; // positions inside the pixel
+    Histogram measuredY{};
+    Histogram measuredT{}; // shift along the gradient, scaled to -0.5 .. 0.5
+    JointHistogram jointXY{};
+    JointHistogram jointAlphaT{};
+    JointHistogram jointThetaT{};
+    std::int64_t measuredCount = 0;
 };
 
 struct SimulatedDistribution
 {
-    Histogram x{};
-    Histogram t{};
-    JointHistogram alphaT{};
-    std::int64_t count = 0;
+    Histogram simulatedX{};
+    Histogram simulatedT{};
+    JointHistogram simulatedJointAlphaT{};
+    std::int64_t simulatedCount = 0;
 };
 
 // A piecewise linear map of positions: three lists of the same length, from low positions to high ones.
@@ -58,7 +58,7 @@ float largestStrength(const EdgePointSlices &slices);
 MeasuredDistribution measureDistribution(const EdgePointSlices &slices, float spacingX, float spacingY,
                                          float limit);
 
-// 10,000 walks of straight lines through the grid, with numbers of LegacyRandom. Takes seconds.
+// 10,000 walks of straight lines through the grid, with numbers of LegacyRandom. Takes about a second.
 SimulatedDistribution simulateDistribution();
 
 // The positions of as many random points in a disc as the measured ones, for comparison. Seeds LegacyRandom
@@ -68,13 +68,17 @@ Histogram simulateDisc(int count);
 // The map that turns the measured distribution into the simulated one.
 CorrectionFunction makeCorrection(const Histogram &measured, const Histogram &simulated);
 
-// Writes two histograms as bars, scaled so that a bin of scale points has the full length, with positions and
-// counts.
+// Writes a heading and one row per bin: the bar of each histogram, a bin of scale points having the full 58
+// characters, then the bin's position and both counts.
 void printHistograms(std::ostream &stream, const std::string &heading, const Histogram &measured,
                      const Histogram &simulated, int scale);
-// The largest bin of the three, the first bin of each left out, at least 1.
+// The largest bin of the three, the first bin of each left out, at least 1. Beside millions of simulated
+// points the bars of measured ones vanish; their counts stay readable.
 int histogramScale(const Histogram &a, const Histogram &b, const Histogram &c);
-void printJoint(std::ostream &stream, const std::string &heading, const JointHistogram &joint, double factor);
+void printJoint(std::ostream &stream, const std::string &heading, const JointHistogram &joint);
+// Each count times factor.
+void printJointScaled(std::ostream &stream, const std::string &heading, const JointHistogram &joint,
+                      double factor);
 // Each row divided by its sum.
 void printJointPerRow(std::ostream &stream, const std::string &heading, const JointHistogram &joint);
 void printCorrection(std::ostream &stream, const std::string &heading, const CorrectionFunction &function);
