@@ -13,20 +13,23 @@
 
 namespace {
 
+// Segments have no names of their own; files hold this one, whatever language the program speaks.
+constexpr QStringView segmentName = u"some graphics object";
+
 // The address, always taken through the same base class, for those of others of its bases would differ.
 quint64 identityOf(const QObject *object)
 {
     return reinterpret_cast<std::uintptr_t>(object);
 }
 
-quint64 nameSize(const QString &name)
+quint64 nameSize(QStringView name)
 {
     return SlicChunk::headerSize + 2 * static_cast<quint64>(name.size());
 }
 
 quint64 sizeOf(const SlicedContoursSegment &segment)
 {
-    return SlicChunk::headerSize + nameSize(segment.displayName()) +
+    return SlicChunk::headerSize + nameSize(segmentName) +
            SlicChunk::pointSize * static_cast<quint64>(segment.pointCount());
 }
 
@@ -63,7 +66,7 @@ void writeHeader(std::ostream &stream, const char (&tag)[5], quint64 identity, q
 }
 
 // A name ends at a null character; zeros take the place of what follows, so that the size holds.
-void writeName(std::ostream &stream, const QString &name)
+void writeName(std::ostream &stream, QStringView name)
 {
     writeHeader(stream, "NAME", SlicChunk::noIdentity, nameSize(name));
     bool ended = false;
@@ -76,7 +79,7 @@ void writeName(std::ostream &stream, const QString &name)
 void write(std::ostream &stream, const SlicedContoursSegment &segment)
 {
     writeHeader(stream, "SEGM", identityOf(&segment), sizeOf(segment));
-    writeName(stream, segment.displayName());
+    writeName(stream, segmentName);
     const SegmentSnapshot line = segment.snapshot();
     for (const QPointF &point : line.points) {
         writeHeader(stream, "POIN", SlicChunk::pointIdentity, SlicChunk::pointSize);

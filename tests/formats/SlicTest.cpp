@@ -8,7 +8,9 @@
 #include "objects/ImageObject.h"
 #include "tests/formats/SlicBytes.h"
 
+#include <QCoreApplication>
 #include <QPointF>
+#include <QTranslator>
 
 #include <gtest/gtest.h>
 
@@ -102,6 +104,21 @@ std::string simpleFile(const std::string &points, const std::string &references 
 
 TEST(SlicSerializer, writesTheFileByteForByte)
 {
+    const Contours contours = exampleContours();
+    EXPECT_EQ(written(*contours), exampleFile(*contours));
+}
+
+TEST(SlicSerializer, inAnotherLanguage_writesTheSameFile)
+{
+    static int noArguments = 0;
+    const QCoreApplication application(noArguments, nullptr);
+    struct EverythingInGerman : QTranslator
+    {
+        bool isEmpty() const override { return false; }
+        QString translate(const char *, const char *, const char *, int) const override { return "Ding"; }
+    } german;
+    QCoreApplication::installTranslator(&german);
+    ASSERT_EQ(QCoreApplication::translate("any", "thing"), "Ding");
     const Contours contours = exampleContours();
     EXPECT_EQ(written(*contours), exampleFile(*contours));
 }
