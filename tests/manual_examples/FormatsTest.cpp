@@ -187,8 +187,8 @@ TEST(TextExamples, samplesAreThoseOfTheWorkedCase)
 {
     WorkedStack wedge(1.0, 5.0, false);
     SlicedContoursTriangulator meshes(&wedge.object);
-    TriMeshDistanceMeasurer measurer(meshes.triangulationOf(wedge.bone), meshes.triangulationOf(wedge.surface),
-                                     "thickness");
+    TriMeshDistanceMeasurer measurer(meshes.triangulationOf(wedge.bone),
+                                     meshes.triangulationOf(wedge.surface), "thickness");
     for (int waited = 0; measurer.isPending() && waited < 1000; ++waited)
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     EXPECT_EQ(written<TextSerializer>(measurer), exampleText("samples text"));
@@ -196,7 +196,8 @@ TEST(TextExamples, samplesAreThoseOfTheWorkedCase)
 
 TEST(TextExamples, edgePointsAreThoseOfAStep)
 {
-    auto voxels = newVolume(MERV::TypeUChar, {6, 4, 1, 1, 1}, [](int x, int, int) { return x < 3 ? 0 : 255; });
+    auto voxels =
+        newVolume(MERV::TypeUChar, {6, 4, 1, 1, 1}, [](int x, int, int) { return x < 3 ? 0 : 255; });
     voxels->setSpacing(0.5f, 0.5f, 1.5f, 1.0f);
     MervImageObject step(voxels.release(), "step", nullptr);
     ConventionalSliceEdgePointExtractor extractor(&step);
@@ -272,8 +273,9 @@ TEST(FormatTables, nameTheTagsOfAnExportedSlice)
     }
     for (const manual::Row &row : manual::table(page(), "exported tags")) {
         ASSERT_EQ(exported.count(row.at(0)), 1u) << row.at(0);
-        if (!row.at(3).starts_with('('))
+        if (!row.at(3).starts_with('(')) {
             EXPECT_EQ(row.at(3), exported[row.at(0)]) << row.at(0);
+        }
         exported.erase(row.at(0));
     }
     for (const auto &[tag, value] : exported)

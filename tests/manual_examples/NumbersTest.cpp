@@ -30,7 +30,8 @@ void showMetrics(ImageObject &object, const QString &label, Shown &shown)
     for (int row = 0; row < model.rowCount(); ++row) {
         for (int column = 0; column < model.columnCount(); ++column) {
             const QString header = model.headerData(column, Qt::Horizontal).toString();
-            shown[(header.isEmpty() ? label : header) + ", " + model.headerData(row, Qt::Vertical).toString()] =
+            shown[(header.isEmpty() ? label : header) + ", " +
+                  model.headerData(row, Qt::Vertical).toString()] =
                 model.data(model.index(row, column)).toString();
         }
     }
@@ -95,8 +96,10 @@ Shown shownOf(WorkedStack &stack)
     // The first cell of the first line of the table of metrics.
     const SlicedMetricsModel model(&stack.object);
     shown["metrics file, first cell"] = QString::fromUtf8(MetricsText::text(model)).section('\t', 0, 0);
-    shown["\"Dimensions [mm×mm×mm]:\""] =
-        QString("%1×%2×%3").arg(stack.object.extentX()).arg(stack.object.extentY()).arg(stack.object.extentZ());
+    shown["\"Dimensions [mm×mm×mm]:\""] = QString("%1×%2×%3")
+                                              .arg(stack.object.extentX())
+                                              .arg(stack.object.extentY())
+                                              .arg(stack.object.extentZ());
     shown["\"Significant z Positions [mm]:\""] = ImagePropertiesDialog::significantPositions(stack.object);
     SlicedContoursTriangulator meshes(&stack.object);
     TriMeshFragment *bone = meshes.triangulationOf(stack.bone);
