@@ -161,7 +161,7 @@ TEST(Docs, boldTextsOfTheManualAreTextsOfTheProgram)
     std::size_t labels = 0;
     for (const fs::path &document : documents(root() / "docs/manual")) {
         for (const std::string &label : allMatches(withoutCode(readFile(document)), "\\*\\*([^*]+)\\*\\*")) {
-            for (const std::string &step : stepsOf(replaced(label, "\n", " "))) {
+            for (const std::string &step : stepsOf(std::regex_replace(label, std::regex("\\s+"), " "))) {
                 ++labels;
                 EXPECT_TRUE(texts.count(step)) << document << ": " << label;
             }
