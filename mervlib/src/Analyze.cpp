@@ -1,5 +1,6 @@
 #include "Common/Analyze.h"
 
+#include "Common/Progress.h"
 #include "Common/VoxelCast.h"
 #include "mervlib/src/detail/Fields.h"
 #include "mervlib/src/detail/Paths.h"
@@ -185,8 +186,10 @@ std::unique_ptr<Image> loadVoxels(const HeaderView &header, const std::filesyste
     texts.loading(detail::pathText(path));
     const int error = detail::loadFromFile(
         path, [&](std::istream &stream) { return detail::shapeAndLoad(*image, shape, stream, false); });
-    if (error == 0 && header.isSwapped())
+    if (error == 0 && header.isSwapped()) {
+        const ProgressStage stage(detail::swappingShare);
         image->swapBytes();
+    }
     image->computeMinMax();
     if (error != 0) {
         texts.loadFailed(shape, *image);

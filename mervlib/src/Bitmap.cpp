@@ -1,5 +1,6 @@
 #include "Common/Bitmap.h"
 
+#include "Common/Progress.h"
 #include "mervlib/src/detail/Fields.h"
 #include "mervlib/src/detail/RawBlock.h"
 
@@ -106,6 +107,7 @@ void readRows(std::istream &stream, const Layout &layout, Image &image)
         if (!detail::readExactly(stream, row))
             std::fill(row.begin() + stream.gcount(), row.end(), static_cast<unsigned char>(0));
         convertRow(row, layout, voxels);
+        reportProgress(static_cast<std::uint64_t>(y) + 1, static_cast<std::uint64_t>(layout.height));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "Common/MetaImage.h"
 
+#include "Common/Progress.h"
 #include "mervlib/src/detail/Paths.h"
 #include "mervlib/src/detail/RawBlock.h"
 #include "mervlib/src/detail/Report.h"
@@ -262,8 +263,10 @@ private:
         const std::filesystem::path path = isLocal ? headerPath : dataPath(name);
         detail::report(loadingText, detail::pathText(path));
         isLoaded = load(path, shape);
-        if (isLoaded && isSwapped)
+        if (isLoaded && isSwapped) {
+            const ProgressStage stage(detail::swappingShare);
             image->swapBytes();
+        }
         return isLoaded;
     }
 

@@ -1,5 +1,6 @@
 #include "Common/Vis.h"
 
+#include "Common/Progress.h"
 #include "mervlib/src/detail/Fields.h"
 #include "mervlib/src/detail/Paths.h"
 #include "mervlib/src/detail/RawBlock.h"
@@ -39,6 +40,7 @@ enum Offset : std::size_t
     comment = 136
 };
 constexpr std::uint32_t magicNumber = 123456789;
+constexpr double rangeShare = 0.85; // of the time that opening a file takes, with the reading before it
 constexpr std::size_t labelSize = 40;
 constexpr std::size_t commentSize = 200;
 
@@ -126,7 +128,8 @@ bool readVoxels(std::istream &stream, const detail::ImageShape &shape, Image &im
     if (detail::bytesLeft(stream).value_or(bytes) < bytes)
         return false;
     image.setDimensions(shape.width, shape.height, shape.depth, shape.frames, shape.channels);
-    return detail::readExactly(stream, {static_cast<unsigned char *>(image.getData()), bytes});
+    const ProgressStage stage(detail::readingShare);
+    return detail::readVoxels(stream, {static_cast<std::byte *>(image.getData()), bytes});
 }
 
 std::unique_ptr<Image> readImage(std::istream &stream)
@@ -146,7 +149,10 @@ std::unique_ptr<Image> readImage(std::istream &stream)
         detail::report("Error reading image data from VIS stream.");
         return nullptr;
     }
-    image->computeMinMax();
+    {
+        const ProgressStage stage(rangeShare);
+        image->computeMinMax();
+    }
     image->setWindowRange(0.0f, 255.0f, 0);
     image->mirror(false, true, false, false, false);
     return image;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Common/ImageBase.h"
+#include "Common/Progress.h"
 #include "Common/VoxelCast.h"
 
 #include <algorithm>
@@ -627,6 +628,9 @@ struct VoxelRange
     T high;
 };
 
+// Values between two reports on the progress.
+constexpr std::uint64_t valuesPerReport = std::uint64_t(1) << 22U;
+
 // Smallest and largest of count > 0 values, as one comparison after the other from the first value on would
 // find them (a NaN at the start stays, later ones are skipped), in lanes that vectorise.
 template <class T>
@@ -638,12 +642,16 @@ VoxelRange<T> valueRange(const T *values, std::uint64_t count)
     low.fill(values[0]);
     high.fill(values[0]);
     const std::uint64_t whole = count - count % lanes;
-    for (std::uint64_t start = 0; start < whole; start += lanes) {
-        for (std::size_t lane = 0; lane < lanes; ++lane) {
-            const T value = values[start + lane];
-            low[lane] = value < low[lane] ? value : low[lane];
-            high[lane] = high[lane] < value ? value : high[lane];
+    for (std::uint64_t start = 0; start < whole;) {
+        const std::uint64_t end = std::min(whole, start + valuesPerReport);
+        for (; start < end; start += lanes) {
+            for (std::size_t lane = 0; lane < lanes; ++lane) {
+                const T value = values[start + lane];
+                low[lane] = value < low[lane] ? value : low[lane];
+                high[lane] = high[lane] < value ? value : high[lane];
+            }
         }
+        reportProgress(end, count);
     }
     for (std::uint64_t i = whole; i < count; ++i) {
         low[0] = values[i] < low[0] ? values[i] : low[0];
@@ -711,8 +719,12 @@ void ImageBase<T>::swapBytes()
     if constexpr (sizeof(T) == 2 || sizeof(T) == 4) {
         auto *bytes = reinterpret_cast<unsigned char *>(data);
         const std::uint64_t count = data != nullptr ? valueCount * sizeof(T) : 0;
-        for (std::uint64_t i = 0; i < count; i += sizeof(T))
-            std::reverse(bytes + i, bytes + i + sizeof(T));
+        for (std::uint64_t i = 0; i < count;) {
+            const std::uint64_t end = std::min(count, i + detail::valuesPerReport * sizeof(T));
+            for (; i < end; i += sizeof(T))
+                std::reverse(bytes + i, bytes + i + sizeof(T));
+            reportProgress(end, count);
+        }
     }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Common/ImageBase.h"
+#include "Common/Progress.h"
 #include "Common/VoxelCast.h"
 #include "mervlib/src/detail/Taps.h"
 
@@ -590,6 +591,8 @@ void ImageBase<T>::mirror(bool x, bool y, bool z, bool t, bool channels)
         const std::uint64_t other = (otherT * size(getDepth()) + otherZ) * size(getHeight()) + otherY;
         if (row < other || (row == other && swapRows.changesRows()))
             swapRows(data + row * rowStride, data + other * rowStride);
+        if (rowY == 0)
+            reportProgress(row, rows);
     }
 }
 

@@ -1,7 +1,9 @@
 #include "mervlib/src/detail/RawBlock.h"
 
+#include "Common/Progress.h"
 #include "mervlib/src/detail/Report.h"
 
+#include <algorithm>
 #include <istream>
 #include <limits>
 #include <ostream>
@@ -74,6 +76,19 @@ bool readExactly(std::istream &stream, std::span<unsigned char> bytes)
     return stream.gcount() == static_cast<std::streamsize>(bytes.size());
 }
 
+bool readVoxels(std::istream &stream, std::span<std::byte> bytes)
+{
+    constexpr std::size_t pieceBytes = std::size_t(4) << 20U;
+    for (std::size_t done = 0; done < bytes.size();) {
+        const std::span<std::byte> piece = bytes.subspan(done, std::min(pieceBytes, bytes.size() - done));
+        if (!stream.read(reinterpret_cast<char *>(piece.data()), static_cast<std::streamsize>(piece.size())))
+            return false;
+        done += piece.size();
+        reportProgress(done, bytes.size());
+    }
+    return true;
+}
+
 namespace {
 
 void reportEndOfFile(std::istream &stream)
@@ -110,7 +125,7 @@ int readBlock(std::istream &stream, std::span<std::byte> block)
     }
     if (!blockIsThere(stream, block.size()))
         return 1;
-    stream.read(reinterpret_cast<char *>(block.data()), static_cast<std::streamsize>(block.size()));
+    readVoxels(stream, block);
     if (stream.eof()) {
         reportEndOfFile(stream);
         return 1;
@@ -165,6 +180,7 @@ int shapeAndLoad(Image &image, const ImageShape &shape, std::istream &stream, bo
     if (!blockIsThere(stream, shape.bytes(valueSize(image.getDataType()))))
         return 1;
     image.setDimensions(shape.width, shape.height, shape.depth, shape.frames, shape.channels);
+    const ProgressStage stage(readingShare);
     return image.load(stream, skipHeader);
 }
 

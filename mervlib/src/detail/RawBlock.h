@@ -16,6 +16,10 @@
 
 namespace MERV::detail {
 
+// Shares of the time that opening a file takes, each counted from the start.
+constexpr double readingShare = 0.7;
+constexpr double swappingShare = 0.85;
+
 // Extents as a file claims them.
 struct ImageShape
 {
@@ -41,6 +45,9 @@ std::optional<std::uint64_t> bytesLeft(std::istream &stream);
 
 // False when the stream ends before.
 bool readExactly(std::istream &stream, std::span<unsigned char> bytes);
+
+// The same in pieces, with a report on the progress after each: for voxels.
+bool readVoxels(std::istream &stream, std::span<std::byte> bytes);
 
 // False, after the message, when it is known that fewer bytes are left: to be asked before memory is taken.
 bool blockIsThere(std::istream &stream, std::uint64_t bytes);
