@@ -1,5 +1,6 @@
 #include "objects/MervImageObject.h"
 
+#include "Common/Progress.h"
 #include "objects/SlicePositions.h"
 
 #include <QFileInfo>
@@ -257,8 +258,10 @@ void MervImageObject::matchTextures()
     textureWidth = width;
     textureHeight = height;
     textureDepth = depth;
-    for (int slice = 0; slice < depth; ++slice)
+    for (int slice = 0; slice < depth; ++slice) {
         convertSlice(slice, 0);
+        MERV::reportProgress(static_cast<std::uint64_t>(slice) + 1, static_cast<std::uint64_t>(depth));
+    }
 }
 
 void MervImageObject::invalidateTextures()

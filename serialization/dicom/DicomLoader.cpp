@@ -1,5 +1,6 @@
 #include "serialization/dicom/DicomLoader.h"
 
+#include "Common/Progress.h"
 #include "serialization/dicom/DicomDictionary.h"
 #include "serialization/dicom/DicomGeometry.h"
 #include "serialization/dicom/DicomParser.h"
@@ -23,6 +24,12 @@ namespace dicom {
 namespace {
 
 constexpr const char *ambiguousValue = "<ambiguous data>";
+
+// Shares of the time that a series takes, each counted from the start.
+constexpr double pixelShare = 0.6;
+constexpr double metaDataShare = 0.8;
+constexpr double rescaleShare = 0.85;
+constexpr double rangeShare = 0.9;
 
 using MetaData = std::map<std::string, std::string>;
 
@@ -60,9 +67,11 @@ void addMetaData(MetaData &data, const std::string &name, const std::string &val
 
 void setMetaData(MERV::Image &image, const FileList &ordered)
 {
+    const MERV::ProgressStage stage(metaDataShare);
     TagNames names;
     MetaData common;
     for (std::size_t index = 0; index < ordered.size(); ++index) {
+        MERV::reportProgress(index, ordered.size());
         MetaData slice;
         const DicomHeader &file = *ordered[index];
         const DicomElement *set = file.find(tags::characterSet);
@@ -83,13 +92,18 @@ void setMetaData(MERV::Image &image, const FileList &ordered)
 template <class T>
 void addToVoxels(void *data, std::uint64_t count, float intercept)
 {
-    const std::span<T> values(static_cast<T *>(data), count);
-    for (T &value : values) {
-        const float sum = static_cast<float>(value) + intercept;
-        if constexpr (std::is_floating_point_v<T>)
-            value = sum;
-        else
-            value = static_cast<T>(static_cast<std::uint64_t>(static_cast<std::int64_t>(sum)));
+    constexpr std::uint64_t valuesPerReport = std::uint64_t(1) << 22U;
+    for (std::uint64_t done = 0; done < count;) {
+        const std::uint64_t piece = std::min(valuesPerReport, count - done);
+        for (T &value : std::span<T>(static_cast<T *>(data) + done, piece)) {
+            const float sum = static_cast<float>(value) + intercept;
+            if constexpr (std::is_floating_point_v<T>)
+                value = sum;
+            else
+                value = static_cast<T>(static_cast<std::uint64_t>(static_cast<std::int64_t>(sum)));
+        }
+        done += piece;
+        MERV::reportProgress(done, count);
     }
 }
 
@@ -99,6 +113,7 @@ void addIntercept(MERV::Image &image, double intercept)
     constexpr double greatest = 1e18;
     if (intercept == 0.0 || std::abs(intercept) > greatest)
         return;
+    const MERV::ProgressStage stage(rescaleShare);
     void *data = image.getData();
     const std::uint64_t count = image.getValueCount();
     const auto value = static_cast<float>(intercept);
@@ -143,17 +158,22 @@ std::optional<std::vector<PixelLayout>> commonLayouts(const FileList &ordered)
 
 bool readAllPixels(const FileList &ordered, const std::vector<PixelLayout> &layouts, std::span<char> out)
 {
+    const MERV::ProgressStage stage(pixelShare);
     const std::size_t fileBytes = layouts.front().bytes();
     std::atomic<bool> complete{true};
     const auto readFile = [&](std::size_t index) {
+        // The pieces of a file count when it is the only one.
+        const MERV::ProgressStage pieces(ordered.size() == 1 ? 1.0 : 0.0);
         if (complete &&
             !readPixels(*ordered[index], layouts[index], out.subspan(index * fileBytes, fileBytes)))
             complete = false;
     };
     const auto foreign = [](const DicomHeader *file) { return needsLibrary(*file); };
     if (std::any_of(ordered.begin(), ordered.end(), foreign)) {
-        for (std::size_t index = 0; index < ordered.size(); ++index)
+        for (std::size_t index = 0; index < ordered.size(); ++index) {
+            MERV::reportProgress(index, ordered.size());
             readFile(index);
+        }
     } else {
         parallelFor(ordered.size(), readFile);
     }
@@ -196,7 +216,10 @@ void finish(MERV::Image &image, const DicomHeader &first, const std::array<float
     std::cout << "Origin " << position[0] << ", " << position[1] << ", " << position[2] << std::endl;
     image.setPosition(position);
     image.setSpacing(spacingMm[0], spacingMm[1], spacingMm[2], 1.0F);
-    image.computeMinMax();
+    {
+        const MERV::ProgressStage stage(rangeShare);
+        image.computeMinMax();
+    }
     image.mirror(false, true, true, false, false);
     std::cout << "Loaded Image, resolution " << image.getWidth() << " x " << image.getHeight() << " x "
               << image.getDepth() << ", min " << image.getLow(0) << ", max = " << image.getHigh(0)

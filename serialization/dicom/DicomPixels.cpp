@@ -1,12 +1,14 @@
 #include "serialization/dicom/DicomPixels.h"
 
 #include "Common/ImageTypes.h"
+#include "Common/Progress.h"
 #include "serialization/dicom/DicomGeometry.h"
 #include "serialization/dicom/DicomText.h"
 #include "serialization/dicom/Encapsulation.h"
 #include "serialization/dicom/LibraryDecoder.h"
 #include "serialization/dicom/RunLength.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
 #include <fstream>
@@ -30,6 +32,22 @@ struct VoxelTypes
     int withNegativeIntercept;
 };
 
+// Calls work(piece) for one piece of whole pixels after the other, with a report on the progress after each;
+// false as soon as one call is.
+template <class Work>
+bool inPieces(std::span<char> bytes, const Work &work)
+{
+    constexpr std::size_t pieceBytes = std::size_t(4) << 20U;
+    for (std::size_t done = 0; done < bytes.size();) {
+        const std::span<char> piece = bytes.subspan(done, std::min(pieceBytes, bytes.size() - done));
+        if (!work(piece))
+            return false;
+        done += piece.size();
+        MERV::reportProgress(done, bytes.size());
+    }
+    return true;
+}
+
 template <class T>
 void swapWords(std::span<char> bytes)
 {
@@ -46,7 +64,7 @@ void swapWords(std::span<char> bytes)
     }
 }
 
-void swapPixels(std::span<char> bytes, unsigned bitsAllocated)
+void swapPiece(std::span<char> bytes, unsigned bitsAllocated)
 {
     switch (bitsAllocated) {
     case 16:
@@ -58,6 +76,14 @@ void swapPixels(std::span<char> bytes, unsigned bitsAllocated)
     default:
         return;
     }
+}
+
+void swapPixels(std::span<char> bytes, unsigned bitsAllocated)
+{
+    inPieces(bytes, [bitsAllocated](std::span<char> piece) {
+        swapPiece(piece, bitsAllocated);
+        return true;
+    });
 }
 
 // T is signed for signed pixels: the shift to the right then repeats the sign.
@@ -75,10 +101,8 @@ void keepStoredBits(std::span<char> bytes, const PixelLayout &layout)
     }
 }
 
-void maskPixels(std::span<char> bytes, const PixelLayout &layout)
+void maskPiece(std::span<char> bytes, const PixelLayout &layout)
 {
-    if (layout.bitsStored == layout.bitsAllocated)
-        return;
     switch (layout.bitsAllocated) {
     case 8:
         return layout.isSigned ? keepStoredBits<std::int8_t>(bytes, layout)
@@ -94,6 +118,15 @@ void maskPixels(std::span<char> bytes, const PixelLayout &layout)
     }
 }
 
+void maskPixels(std::span<char> bytes, const PixelLayout &layout)
+{
+    if (layout.bitsStored != layout.bitsAllocated)
+        inPieces(bytes, [&layout](std::span<char> piece) {
+            maskPiece(piece, layout);
+            return true;
+        });
+}
+
 bool readNative(const DicomHeader &header, const PixelLayout &layout, std::span<char> out)
 {
     if (!header.inflated.empty()) {
@@ -102,8 +135,10 @@ bool readNative(const DicomHeader &header, const PixelLayout &layout, std::span<
         std::memcpy(out.data(), header.inflated.data() + header.pixels.offset, out.size());
     } else {
         std::ifstream stream(header.path, std::ios::binary);
-        if (!stream.seekg(static_cast<std::streamoff>(header.pixels.offset)) ||
-            !stream.read(out.data(), static_cast<std::streamsize>(out.size())))
+        const auto readPiece = [&stream](std::span<char> piece) {
+            return bool(stream.read(piece.data(), static_cast<std::streamsize>(piece.size())));
+        };
+        if (!stream.seekg(static_cast<std::streamoff>(header.pixels.offset)) || !inPieces(out, readPiece))
             return false;
     }
     const bool bigEndian = header.bigEndian || header.transferSyntax == bigEndianPixelsSyntax;

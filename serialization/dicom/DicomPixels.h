@@ -39,7 +39,7 @@ bool needsLibrary(const DicomHeader &header);
 
 // Reads the stored values in native byte order, unused bits cleared or filled with the sign; no rescaling, no
 // inversion. `out` has layout.bytes() bytes. False when the file does not deliver them all. Any thread, but
-// where needsLibrary() holds, only while no other thread of this reader runs.
+// where needsLibrary() holds, only while no other thread of this reader runs. Reports its progress.
 bool readPixels(const DicomHeader &header, const PixelLayout &layout, std::span<char> out);
 
 } // namespace dicom

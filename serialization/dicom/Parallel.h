@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Common/Progress.h"
+
 #include <algorithm>
 #include <atomic>
 #include <cstddef>
@@ -12,16 +14,20 @@ namespace dicom {
 
 // Calls work(index) once for each index below `count`, on all cores; returns when all are done. Each index
 // must touch data of its own only. The first exception is thrown again here; the rest of the work is dropped.
+// The calling thread reports the progress between its own calls of work.
 template <class Work>
 void parallelFor(std::size_t count, const Work &work)
 {
     std::atomic<std::size_t> next{0};
     std::mutex guard;
     std::exception_ptr failure;
+    std::atomic<std::size_t> done{0};
     const auto run = [&] {
         try {
-            for (std::size_t index = next++; index < count; index = next++)
+            for (std::size_t index = next++; index < count; index = next++) {
                 work(index);
+                MERV::reportProgress(++done, count); // heard in the calling thread alone
+            }
         } catch (...) {
             const std::lock_guard lock(guard);
             failure = std::current_exception();

@@ -16,6 +16,6 @@ bool AnalyzeUnserializer::canUnserialize(const wchar_t *path)
 ImageObject *AnalyzeUnserializer::unserialize(const wchar_t *path)
 {
     const QString file = pathFromWide(path);
-    std::unique_ptr<MERV::Image> image(MERV::loadAnalyze(narrowPath(file).c_str()));
-    return VoxelFiles::newImageObject(std::move(image), file);
+    return VoxelFiles::newImageObject(
+        file, [&file] { return std::unique_ptr<MERV::Image>(MERV::loadAnalyze(narrowPath(file).c_str())); });
 }

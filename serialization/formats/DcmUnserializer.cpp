@@ -43,5 +43,6 @@ bool DcmUnserializer::canUnserialize(const wchar_t *path)
 ImageObject *DcmUnserializer::unserialize(const wchar_t *path)
 {
     const QString file = pathFromWide(path);
-    return VoxelFiles::newImageObject(dicom::loadDicomFile(file.toLocal8Bit().toStdString()), file);
+    return VoxelFiles::newImageObject(
+        file, [&file] { return dicom::loadDicomFile(file.toLocal8Bit().toStdString()); });
 }

@@ -16,6 +16,7 @@ bool MhdUnserializer::canUnserialize(const wchar_t *path)
 ImageObject *MhdUnserializer::unserialize(const wchar_t *path)
 {
     const QString file = pathFromWide(path);
-    std::unique_ptr<MERV::Image> image(MERV::loadMetaImage(narrowPath(file).c_str()));
-    return VoxelFiles::newImageObject(std::move(image), file);
+    return VoxelFiles::newImageObject(file, [&file] {
+        return std::unique_ptr<MERV::Image>(MERV::loadMetaImage(narrowPath(file).c_str()));
+    });
 }

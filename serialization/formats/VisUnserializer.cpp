@@ -1,5 +1,6 @@
 #include "serialization/formats/VisUnserializer.h"
 
+#include "Common/Progress.h"
 #include "Common/Vis.h"
 #include "objects/MervImageObject.h"
 
@@ -18,6 +19,14 @@ struct RequiredWord
 
 constexpr RequiredWord requiredWords[] = {{0, 123456789}, {3, 1}, {8, 1}, {9, 0}, {13, 1}};
 
+constexpr double readingShare = 0.85; // of the time of a load; the pictures of the slices take the rest
+
+std::unique_ptr<MERV::Image> readVoxels(std::istream &stream)
+{
+    const MERV::ProgressStage stage(readingShare);
+    return std::unique_ptr<MERV::Image>(MERV::loadVis(stream));
+}
+
 } // namespace
 
 VisUnserializer::VisUnserializer(AskVoxelSize ask)
@@ -35,12 +44,18 @@ bool VisUnserializer::canUnserialize(const char *head)
     return true;
 }
 
+VisUnserializer::VoxelSize VisUnserializer::ask(const MERV::Image &image) const
+{
+    const MERV::ProgressPause pause;
+    return askVoxelSize({image.getWidth(), image.getHeight(), image.getDepth()});
+}
+
 ImageObject *VisUnserializer::unserialize(std::istream &stream)
 {
-    std::unique_ptr<MERV::Image> image(MERV::loadVis(stream));
+    std::unique_ptr<MERV::Image> image = readVoxels(stream);
     if (image == nullptr)
         return nullptr;
-    const auto size = askVoxelSize({image->getWidth(), image->getHeight(), image->getDepth()});
+    const auto size = ask(*image);
     if (!size)
         return nullptr;
     image->setSpacing((*size)[0], (*size)[1], (*size)[2], 1.0f);

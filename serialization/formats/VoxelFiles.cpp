@@ -1,12 +1,14 @@
 #include "serialization/formats/VoxelFiles.h"
 
+#include "Common/Progress.h"
 #include "objects/MervImageObject.h"
 
 #include <QFileInfo>
 
 namespace {
 
-constexpr qint64 smallestFile = 10; // bytes
+constexpr qint64 smallestFile = 10;   // bytes
+constexpr double readingShare = 0.85; // of the time of a load; the pictures of the slices take the rest
 
 } // namespace
 
@@ -33,8 +35,14 @@ bool VoxelFiles::hasSuffix(const QString &path, const QString &suffix)
     return file.suffix() == suffix && file.isFile() && file.size() >= smallestFile;
 }
 
-ImageObject *VoxelFiles::newImageObject(std::unique_ptr<MERV::Image> image, const QString &path)
+ImageObject *VoxelFiles::newImageObject(const QString &path,
+                                        const std::function<std::unique_ptr<MERV::Image>()> &read)
 {
+    std::unique_ptr<MERV::Image> image;
+    {
+        const MERV::ProgressStage stage(readingShare);
+        image = read();
+    }
     if (image == nullptr)
         return nullptr;
     return new MervImageObject(image.release(), QFileInfo(path).baseName(), nullptr);

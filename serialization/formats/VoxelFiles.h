@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <mutex>
 
@@ -26,7 +27,7 @@ QString withoutExtension(const QString &path, const QString &extension);
 // Whether the path is a file of at least 10 bytes whose suffix is exactly this one, without the dot.
 bool hasSuffix(const QString &path, const QString &suffix);
 
-// A new object without parent, named after the file; null without an image.
-ImageObject *newImageObject(std::unique_ptr<MERV::Image> image, const QString &path);
+// A new object without parent, named after the file, of the voxels that `read` gives; null if it gives none.
+ImageObject *newImageObject(const QString &path, const std::function<std::unique_ptr<MERV::Image>()> &read);
 
 } // namespace VoxelFiles

@@ -19,6 +19,7 @@ ImageObject *WindowsBitmapUnserializer::unserialize(const wchar_t *path)
 {
     const QString file = pathFromWide(path);
     std::ifstream stream(narrowPath(file), std::ios::binary);
-    std::unique_ptr<MERV::Image> image(stream ? MERV::loadBitmap(stream) : nullptr);
-    return VoxelFiles::newImageObject(std::move(image), file);
+    return VoxelFiles::newImageObject(file, [&stream] {
+        return std::unique_ptr<MERV::Image>(stream ? MERV::loadBitmap(stream) : nullptr);
+    });
 }
