@@ -124,6 +124,7 @@ private:
     QIcon icon(ImageObject *image) const;
     QVariant propertyText(ImageObject *image, int column) const;
 
+    void loadFiles(const QStringList &paths, QStringList &failed);
     ImageObject *loadFromStream(const QString &path, QStringList &failed, QString *error);
     ImageObject *loadFromFileSystem(const QString &path, QStringList &failed);
 

@@ -1,6 +1,8 @@
 #include "objects/manager/ImageManager.h"
 
+#include "Common/Progress.h"
 #include "objects/MervImageObject.h"
+#include "objects/manager/LoadProgress.h"
 #include "platform/FileNames.h"
 #include "serialization/dialogs/ListChoiceDialog.h"
 #include "serialization/dialogs/SliceDistanceDialog.h"
@@ -15,10 +17,15 @@
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace {
 
 constexpr const char *patientName = "Patient's Name";
+
+// Shares of the time of a load, each counted from the start.
+constexpr double scanShare = 0.3;
+constexpr double readingShare = 0.85; // of one series; the pictures of its slices take the rest
 
 QString patientOf(const MERV::Image &image)
 {
@@ -37,6 +44,14 @@ auto withoutException(const Step &step) -> decltype(step())
     }
 }
 
+// Runs one stage of a load, which ends at this share of its time.
+template <class Step>
+auto withShare(double end, const Step &step) -> decltype(step())
+{
+    const MERV::ProgressStage stage(end);
+    return step();
+}
+
 // Runs `load` and makes an object with the label that labelOf gives for what was loaded. Null on failure,
 // also when the memory suffices for the voxels but not for the pictures of their slices.
 template <class Load, class LabelOf>
@@ -44,7 +59,7 @@ std::unique_ptr<MervImageObject> newVolume(const Load &load, const LabelOf &labe
                                            QObject *parent)
 {
     return withoutException([&]() -> std::unique_ptr<MervImageObject> {
-        auto image = load();
+        auto image = withShare(readingShare, load);
         if (!image)
             return nullptr;
         const QString label = labelOf(*image);
@@ -52,6 +67,36 @@ std::unique_ptr<MervImageObject> newVolume(const Load &load, const LabelOf &labe
         object->setLabel(label);
         return object;
     });
+}
+
+// What is in the directory; null when the memory does not suffice.
+std::unique_ptr<dicom::DicomDirectory> readDirectory(const QString &directory)
+{
+    const LoadProgress progress(QDir::toNativeSeparators(directory));
+    return withoutException(
+        [&] { return std::make_unique<dicom::DicomDirectory>(narrowPath(directory), false); });
+}
+
+// Each series of the directory, null where it cannot be one image. The objects have the parent.
+std::vector<std::unique_ptr<MervImageObject>> readAllSeries(const QString &directory, QObject *parent)
+{
+    const LoadProgress progress(QDir::toNativeSeparators(directory));
+    const std::string path = narrowPath(directory);
+    const auto contents = withShare(scanShare, [&] { return readDirectory(directory); });
+    const std::size_t count = contents ? contents->series().size() : 0;
+    std::vector<std::unique_ptr<MervImageObject>> objects;
+    for (std::size_t i = 0; i < count; ++i) {
+        const double part = static_cast<double>(i + 1) / static_cast<double>(count);
+        const MERV::ProgressStage stage(scanShare + (1.0 - scanShare) * part);
+        std::cout << "Loading Series #" << i << " ..." << std::endl;
+        const auto load = [&] {
+            return dicom::loadSeries(path, *contents, static_cast<int>(i), false, true);
+        };
+        objects.push_back(newVolume(load, patientOf, directory, parent));
+        if (!objects.back())
+            std::cout << "Could not load series #" << i << "in" << path << std::endl;
+    }
+    return objects;
 }
 
 // Row of the answer; nothing when the user cancels.
@@ -104,8 +149,7 @@ std::optional<double> chooseSliceDistance(const dicom::FileList &files)
 ImageObject *ImageManager::loadDicomSeriesInteractively(const QString &directory)
 {
     const std::string path = narrowPath(directory);
-    const auto contents =
-        withoutException([&path] { return std::make_unique<dicom::DicomDirectory>(path, false); });
+    const auto contents = readDirectory(directory);
     const dicom::DicomSeries *series = contents ? chooseSeries(*contents) : nullptr;
     if (series == nullptr)
         return nullptr;
@@ -117,12 +161,16 @@ ImageObject *ImageManager::loadDicomSeriesInteractively(const QString &directory
     const std::optional<double> distanceMm = chooseSliceDistance(files);
     if (!distanceMm)
         return nullptr;
-    auto object =
-        newVolume([&] { return dicom::loadFiles(files, *distanceMm, true); },
-                  [&](const MERV::Image &image) {
-                      return tr("%1 (tE = %2 ms)").arg(patientOf(image), QString::fromStdString(*echoTime));
-                  },
-                  directory, nullptr);
+    std::unique_ptr<MervImageObject> object;
+    {
+        const LoadProgress progress(QDir::toNativeSeparators(directory));
+        object = newVolume(
+            [&] { return dicom::loadFiles(files, *distanceMm, true); },
+            [&](const MERV::Image &image) {
+                return tr("%1 (tE = %2 ms)").arg(patientOf(image), QString::fromStdString(*echoTime));
+            },
+            directory, nullptr);
+    }
     if (!object) {
         std::cout << "Could not load series " << series->uid << " in " << path << std::endl;
         return nullptr;
@@ -135,33 +183,26 @@ ImageObject *ImageManager::loadDicomSeriesInteractively(const QString &directory
 
 int ImageManager::countDicomSeries(const QString &directory) const
 {
-    return withoutException([&] { return dicom::countDicomSeries(narrowPath(directory), false); });
+    const auto contents = readDirectory(directory);
+    return contents ? static_cast<int>(contents->series().size()) : 0;
 }
 
 // These images are appended without a look at their properties, so they add no columns until another image
 // brings them; and a series that fails puts the last image of the list into the result once more. Both are on
-// purpose.
+// purpose. The list changes when all are read: events are handled meanwhile.
 QList<ImageObject *> ImageManager::loadDicomSeries(const QString &directory)
 {
-    const std::string path = narrowPath(directory);
-    const auto contents =
-        withoutException([&path] { return std::make_unique<dicom::DicomDirectory>(path, false); });
-    const int count = contents ? static_cast<int>(contents->series().size()) : 0;
+    std::vector<std::unique_ptr<MervImageObject>> objects = readAllSeries(directory, this);
     QList<ImageObject *> loaded;
-    if (count > 0)
+    if (!objects.empty())
         emit layoutAboutToBeChanged();
-    for (int i = 0; i < count; ++i) {
-        std::cout << "Loading Series #" << i << " ..." << std::endl;
-        auto object = newVolume([&] { return dicom::loadSeries(path, *contents, i, false, true); }, patientOf,
-                                directory, this);
+    for (std::unique_ptr<MervImageObject> &object : objects) {
         if (object)
             images.append(object.release());
-        else
-            std::cout << "Could not load series #" << i << "in" << path << std::endl;
         if (!images.isEmpty())
             loaded.append(images.last());
     }
-    if (count > 0)
+    if (!objects.empty())
         emit layoutChanged();
     QDir::setCurrent(directory);
     return loaded;

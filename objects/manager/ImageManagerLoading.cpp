@@ -1,7 +1,9 @@
 #include "objects/manager/ImageManager.h"
 
+#include "Common/Progress.h"
 #include "objects/ImageObject.h"
 #include "objects/manager/FileFilters.h"
+#include "objects/manager/LoadProgress.h"
 #include "objects/manager/MessageBoxes.h"
 #include "serialization/framework/ContinuousStreamImageObjectUnserializer.h"
 #include "serialization/framework/FileSystemImageObjectUnserializer.h"
@@ -83,6 +85,7 @@ ImageObject *ImageManager::loadFile(const QString &path, QString *error)
 {
     // The current directory moves below, so a relative path would not hold.
     const QString absolutePath = path.isEmpty() ? path : QFileInfo(path).absoluteFilePath();
+    const LoadProgress progress(QDir::toNativeSeparators(absolutePath));
     QStringList failed; // names of the readers that said yes
     ImageObject *image = loadFromStream(absolutePath, failed, error);
     if (image == nullptr)
@@ -154,22 +157,30 @@ int ImageManager::loadInteractively()
                                                             filters, nullptr, FileFilters::dialogOptions);
     if (paths.isEmpty())
         return 0;
-    int loaded = 0;
     QStringList failed;
-    for (const QString &path : paths) {
-        QString error;
-        if (loadFile(path, &error) != nullptr)
-            ++loaded;
-        else
-            failed.append(tr("%1 (reason: %2)").arg(path, error));
-    }
+    loadFiles(paths, failed);
+    const int loaded = static_cast<int>(paths.size() - failed.size());
     reportLoaded(loaded, failed);
     return loaded;
 }
 
+// Adds a line for each file that cannot be loaded.
+void ImageManager::loadFiles(const QStringList &paths, QStringList &failed)
+{
+    const LoadProgress progress((QString())); // loadFile() tells the name
+    double done = 0;
+    for (const QString &path : paths) {
+        const MERV::ProgressStage stage(++done / static_cast<double>(paths.size()));
+        QString error;
+        if (loadFile(path, &error) == nullptr)
+            failed.append(tr("%1 (reason: %2)").arg(path, error));
+    }
+}
+
 bool ImageManager::dropMimeData(const QMimeData *data, Qt::DropAction, int, int, const QModelIndex &)
 {
-    if (!data->hasUrls())
+    // A drop may come from another program while the events of a long load are handled.
+    if (!data->hasUrls() || LoadProgress::isActive())
         return false;
     const QList<QUrl> urls = data->urls(); // the data may not outlive the events handled below
     QProgressDialog progress(tr("Loading images ..."), tr("Cancel"), 0, static_cast<int>(urls.size()),
