@@ -14,6 +14,7 @@
 #include "serialization/formats/WindowsBitmapSerializer.h"
 #include "serialization/formats/WindowsBitmapUnserializer.h"
 
+#include "Common/Progress.h"
 #include "contours/EdgePointSet.h"
 #include "contours/SlicedContoursObject.h"
 #include "objects/MervImageObject.h"
@@ -305,6 +306,34 @@ TEST(VisSerializer, isReadBackByTheReader_whichAsksForTheVoxelSize)
     EXPECT_EQ(back->label(), "Unnamed Image"); // not the name of the file
     EXPECT_TRUE(back->filePath().isNull());
     EXPECT_EQ(back->parent(), nullptr);
+}
+
+// The user may take a minute for the answer, which is no time that the load takes.
+TEST(VisSerializer, questionForTheVoxelSizeIsAPauseBetweenReadingAndPictures)
+{
+    class Course : public MERV::ProgressListener
+    {
+    public:
+        void progressed(double fraction) override { text += fraction < 0.86 ? "r" : "p"; }
+        void paused() override { text += "("; }
+        void resumed() override { text += ")"; }
+        std::string text;
+    } course;
+    const auto volume = newObject(newVolume(MERV::TypeUChar, {4, 3, 2}, [](int, int, int) { return 1; }));
+    std::stringstream stream;
+    VisSerializer writer;
+    ASSERT_TRUE(writer.serialize(volume.get(), stream));
+    VisUnserializer reader([&](const auto &) {
+        course.text += "?";
+        return std::optional(std::array<float, 3>{1.0f, 1.0f, 1.0f});
+    });
+    course.text.clear();
+    const std::unique_ptr<ImageObject> object(reader.unserialize(stream));
+    ASSERT_NE(object, nullptr);
+    const std::size_t question = course.text.find("(?)pp"); // two slices
+    ASSERT_NE(question, std::string::npos) << course.text;
+    EXPECT_GT(question, 0u);
+    EXPECT_EQ(course.text.substr(0, question), std::string(question, 'r'));
 }
 
 TEST(VisSerializer, titleIsTheLabelInTheLocalEncoding)
