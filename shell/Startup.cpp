@@ -71,6 +71,8 @@ void prepareApplication()
 {
     // One OpenGL context family: a view keeps its context when it goes to full screen and back.
     QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+    // Ties the windows to the installed desktop entry where the window's class is not looked at.
+    QGuiApplication::setDesktopFileName("org.example.tevora");
     QSurfaceFormat format;
     format.setRenderableType(QSurfaceFormat::OpenGL);
     format.setVersion(2, 1);

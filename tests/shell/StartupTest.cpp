@@ -1,6 +1,8 @@
 #include "shell/Startup.h"
 
 #include <QElapsedTimer>
+#include <QFile>
+#include <QGuiApplication>
 #include <QTest>
 #include <QTimer>
 
@@ -9,6 +11,15 @@ class StartupTest : public QObject
     Q_OBJECT
 
 private slots:
+    static void initMain() { prepareApplication(); }
+
+    void windows_belongToTheInstalledDesktopEntry()
+    {
+        const QString name = QGuiApplication::desktopFileName();
+        QVERIFY(!name.isEmpty());
+        QVERIFY(QFile::exists(qEnvironmentVariable("TEVORA_SOURCE_DIR") + "/packaging/" + name + ".desktop"));
+    }
+
     void pauseLastsItsTime_andHandlesEvents()
     {
         int ticks = 0;
