@@ -1,6 +1,8 @@
 #include "shell/Startup.h"
 
 #include "objects/manager/ImageManager.h"
+#include "recovery/RecoveryFolder.h"
+#include "recovery/RecoveryJournal.h"
 #include "shell/Language.h"
 #include "shell/MainWindow.h"
 #include "shell/TevoraSplashScreen.h"
@@ -12,6 +14,8 @@
 #include <QTranslator>
 
 #include <clocale>
+#include <csignal>
+#include <iostream>
 #include <memory>
 
 namespace {
@@ -58,6 +62,16 @@ std::unique_ptr<MainWindow> startUp(TevoraSplashScreen &splash)
     return window;
 }
 
+// Names what an unclean end left behind, and keeps what is drawn from now on.
+std::unique_ptr<RecoveryJournal> keepJournal(ImageManager &manager)
+{
+    const RecoveryFolder folder(RecoveryFolder::defaultPath());
+    for (const QString &line : folder.takeUncleanEnds())
+        std::cout << qPrintable(line) << std::endl;
+    folder.removeOutdated(QDateTime::currentDateTime());
+    return std::make_unique<RecoveryJournal>(manager, folder.newSessionPath());
+}
+
 } // namespace
 
 void sleepWithEvents(int milliseconds)
@@ -69,6 +83,8 @@ void sleepWithEvents(int milliseconds)
 
 void prepareApplication()
 {
+    // A file that may not grow any more is an error of writing, not the program's end.
+    std::signal(SIGXFSZ, SIG_IGN);
     // One OpenGL context family: a view keeps its context when it goes to full screen and back.
     QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     // Ties the windows to the installed desktop entry where the window's class is not looked at.
@@ -95,9 +111,11 @@ int runApplication(int argc, char **argv, const std::function<void()> &beforeLoo
         TevoraSplashScreen splash;
         window = startUp(splash);
     }
+    auto journal = keepJournal(*window->imageManager());
     if (beforeLoop)
         beforeLoop();
     QApplication::exec();
+    journal.reset();
     window->imageManager()->stopWorkers();
     window.reset();
     return 0;

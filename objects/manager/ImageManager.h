@@ -108,6 +108,12 @@ public:
     bool dropMimeData(const QMimeData *data, Qt::DropAction action, int row, int column,
                       const QModelIndex &parent) override;
 
+signals:
+    // Files are about to be written for an image, perhaps in the place of others.
+    void aboutToWrite();
+    // The image was written completely.
+    void imageWritten(ImageObject *image, AbstractImageObjectSerializer *serializer);
+
 protected:
     void timerEvent(QTimerEvent *event) override;
 

@@ -212,6 +212,7 @@ bool ImageManager::saveDicomSeries(MervImageObject *image, const QString &direct
 {
     if (image == nullptr || image->voxels() == nullptr)
         return false;
+    emit aboutToWrite();
     const auto lock = image->lockVoxels(); // no worker writes them meanwhile
     return withoutException([&] { return dicom::saveDicomSeries(*image->voxels(), narrowPath(directory)); });
 }

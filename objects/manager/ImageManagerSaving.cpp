@@ -115,7 +115,11 @@ bool ImageManager::saveImage(ImageObject *image)
         if (ask && !askForPath(filters, path, filter))
             return false;
         ask = true;
-        switch (write(applicable[filter], image, path)) {
+        emit aboutToWrite();
+        const Written written = write(applicable[filter], image, path);
+        if (written == Written::Stream || written == Written::FileSystem)
+            emit imageWritten(image, applicable[filter]);
+        switch (written) {
         case Written::Stream:
             setCurrentDirectoryOf(filters[filter].contains("slic") ? writeMetrics(image, path) : path);
             return true;
