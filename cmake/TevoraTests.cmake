@@ -1,7 +1,7 @@
 # Ways to add tests:
 #
-#   tevora_add_gtest(<name> SOURCES <file>... DEPENDS <tevora target>... [LIBRARIES ...] [QT] [REAL_DATA])
-#       One program of GoogleTest cases; each case is a test of its own.
+#   tevora_add_gtest(<name> SOURCES <file>... DEPENDS <tevora target>... [LIBRARIES ...] [QT] [REAL_DATA] [ONCE])
+#       One program of GoogleTest cases; each case is a test of its own. ONCE: not a second time in German.
 #   tevora_add_qtest(<name> SOURCES <file>... DEPENDS ... [LIBRARIES ...] [WINDOW] [REAL_DATA])
 #       One QTest program, one test. WINDOW: it needs the display, which only one test at a time may have.
 #
@@ -16,7 +16,7 @@ set(TEVORA_TEST_ENVIRONMENT "TEVORA_SOURCE_DIR=${CMAKE_SOURCE_DIR}")
 set(TEVORA_LOCALES "${CMAKE_BINARY_DIR}/locales")
 
 function(_tevora_test_target name)
-    cmake_parse_arguments(ARG "QT;WINDOW;REAL_DATA" "TIMEOUT" "SOURCES;DEPENDS;LIBRARIES" ${ARGN})
+    cmake_parse_arguments(ARG "QT;WINDOW;REAL_DATA;ONCE" "TIMEOUT" "SOURCES;DEPENDS;LIBRARIES" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
     target_link_libraries(${name} PRIVATE tevora_flags ${ARG_DEPENDS} ${ARG_LIBRARIES})
@@ -24,7 +24,7 @@ function(_tevora_test_target name)
 endfunction()
 
 function(tevora_add_gtest name)
-    cmake_parse_arguments(ARG "QT;REAL_DATA" "TIMEOUT" "SOURCES;DEPENDS;LIBRARIES" ${ARGN})
+    cmake_parse_arguments(ARG "QT;REAL_DATA;ONCE" "TIMEOUT" "SOURCES;DEPENDS;LIBRARIES" ${ARGN})
     _tevora_test_target(${name} ${ARGN})
     target_link_libraries(${name} PRIVATE GTest::gmock GTest::gtest_main)
     if(ARG_QT)
@@ -36,6 +36,9 @@ function(tevora_add_gtest name)
     endif()
     gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
         PROPERTIES TIMEOUT ${ARG_TIMEOUT} ENVIRONMENT "${TEVORA_TEST_ENVIRONMENT}")
+    if(ARG_ONCE)
+        return()
+    endif()
     # Numbers in files and messages must not follow the user's locale: the whole program once more in German.
     add_test(NAME ${name}.german COMMAND ${name})
     set_tests_properties(${name}.german PROPERTIES TIMEOUT ${ARG_TIMEOUT} FIXTURES_REQUIRED german_locale
