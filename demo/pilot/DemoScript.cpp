@@ -1,5 +1,6 @@
 #include "demo/pilot/DemoScript.h"
 
+#include "demo/pilot/DemoRows.h"
 #include "demo/pilot/ScreenLocator.h"
 
 #include <QFile>
@@ -16,17 +17,9 @@ namespace {
 
 using namespace ScreenLocator;
 
-// Rows of the image list, in the order in which opening and the procedure make them.
-constexpr int volumeRow = 0, contoursRow = 1, rasterRow = 3, thicknessRow = 5, minimalThicknessRow = 6,
-              minimalColoringRow = 8, rowCount = 9;
-// Rows of the composition in the procedure's viewer, and those that the script drags into it.
-constexpr int volumePod = 0, pointsPod = 1, contoursPod = 2, rasterPod = 3, coloringPod = 4;
-constexpr int displayColumn = 1, colorColumn = 2, opacityColumn = 3, analyzeColumn = 4, editColumn = 5,
-              scopeColumn = 6;
-constexpr int contourCount = 1; // child rows before those of the fragments
+using namespace DemoRows;
 
 const QString procedure = "Start Segmentation of Patella ...";
-constexpr QRect besideTheViewer(QPoint(0, 0), QPoint(430, 580));
 constexpr double handStepMm = 0.35, backMm = 0.4;
 constexpr int workersMilliseconds = 60000;
 
@@ -60,20 +53,22 @@ void DemoScript::run()
     waitFor("the main window", [] { return menuTitle("File"); });
     pause(500);
     hands.picture("start");
-    hands.place("Tevora", besideTheViewer);
+    hands.place("Tevora", besideTheViewer());
     openSeries();
     startSegmentation();
     arrangeViewer();
     chooseAnalyzedAndEdited();
     measureScale();
     traceSlices();
-    guessSlice();
+    guessSlice(slices.back());
+    hands.picture("guessed");
     eraseAndTraceAgain();
     waitForWorkers();
     lookAtMask();
     lookAtThickness();
     lookAtRelations();
     save();
+    pictureForHelp(); // of lines that are not saved any more
     quit();
 }
 
@@ -98,13 +93,18 @@ void DemoScript::startSegmentation()
 
 void DemoScript::arrangeViewer()
 {
-    hands.place("Stacked Slice Viewer", QRect(QPoint(440, 0), QPoint(1272, 1012)));
-    // A double click fits the picture to the larger view.
+    hands.place("Stacked Slice Viewer", viewerPlace());
+    fit();
+    hands.picture("arranged");
+}
+
+// A double click fits the picture to the view.
+void DemoScript::fit()
+{
     const QPoint centre = waitFor("the view", [] { return sliceView(); }).center();
     hands.mouse().click(centre);
     hands.mouse().click(centre);
     pause(1500);
-    hands.picture("arranged");
 }
 
 void DemoScript::edit(Side side)
@@ -206,19 +206,24 @@ Polyline DemoScript::betweenEndsOfBone(const Polyline &path, double zMm) const
     return closed;
 }
 
-void DemoScript::trace(std::size_t slice, Side side, std::uint32_t seed)
+void DemoScript::trace(std::size_t slice, Side side, std::uint32_t seed,
+                       const std::function<void()> &onTheWay)
 {
     edit(side);
     goToSlice(slices[slice]);
     Polyline path = handPath(slice, side, seed);
     if (side == SurfaceSide)
         path = betweenEndsOfBone(path, slices[slice].zMm);
+    const std::size_t twoThirds = path.size() * 2 / 3;
     pointAt(path.front());
     pause(60);
     hands.mouse().press(XTestDevice::Left);
     pause(40);
-    for (const QPointF &point : path)
-        pointAt(point);
+    for (std::size_t i = 0; i < path.size(); ++i) {
+        pointAt(path[i]);
+        if (onTheWay && i == twoThirds)
+            onTheWay();
+    }
     hands.mouse().release(XTestDevice::Left);
     pause(100);
 }
@@ -238,9 +243,8 @@ void DemoScript::traceSlices()
     }
 }
 
-void DemoScript::guessSlice()
+void DemoScript::guessSlice(const TrueSlice &slice)
 {
-    const TrueSlice &slice = slices.back();
     pressMode("Guess");
     for (const Side side : {BoneSide, SurfaceSide}) {
         edit(side);
@@ -252,7 +256,17 @@ void DemoScript::guessSlice()
         hands.mouse().click(toScreen(line.back()), XTestDevice::Right);
         pause(300);
     }
-    hands.picture("guessed");
+}
+
+// A click must come within half a voxel of a point of the line: some clicks along a piece of it.
+void DemoScript::eraseLine(const Polyline &line)
+{
+    hands.mouse().pressKey("Shift_L");
+    const Polyline fine = unsteadyPath(line, 1, 0.0, 0.1, 1);
+    const std::size_t middle = fine.size() / 2;
+    for (std::size_t i = middle; i < std::min(middle + 12, fine.size()); ++i)
+        hands.mouse().click(toScreen(fine[i]));
+    hands.mouse().releaseKey("Shift_L");
 }
 
 // Erases the line at the surface of the first slice and traces it anew with another hand.
@@ -262,14 +276,7 @@ void DemoScript::eraseAndTraceAgain()
     pressMode("Erase");
     goToSlice(slices.front());
     hands.picture("before-erasing");
-    const Polyline &line = slices.front().surface;
-    hands.mouse().pressKey("Shift_L");
-    // A click must come within half a voxel of a point of the line: some clicks along a piece of it.
-    const Polyline fine = unsteadyPath(line, 1, 0.0, 0.1, 1);
-    const std::size_t middle = fine.size() / 2;
-    for (std::size_t i = middle; i < std::min(middle + 12, fine.size()); ++i)
-        hands.mouse().click(toScreen(fine[i]));
-    hands.mouse().releaseKey("Shift_L");
+    eraseLine(slices.front().surface);
     hands.picture("erased");
     pressMode("Trace");
     trace(0, SurfaceSide, 4711);

@@ -3,8 +3,11 @@
 #include "demo/pilot/Gestures.h"
 #include "demo/pilot/TracePath.h"
 
+#include <QImage>
+#include <QRect>
 #include <QString>
 
+#include <functional>
 #include <vector>
 
 // True outline of the cartilage on one slice of the loaded volume, in the program's world mm: the line at the
@@ -19,12 +22,13 @@ struct TrueSlice
 
 // Drives the real windows through the main job as a user would, from a thread beside the GUI: opens the
 // series, starts the segmentation of the patella with its thickness, traces, guesses, erases, looks at what
-// follows from the contours, and saves all of it. Every action is an event of the X server. Throws
-// std::runtime_error when something does not come up.
+// follows from the contours, and saves all of it; then takes the pictures of the help pages. Every action is
+// an event of the X server. Throws std::runtime_error when something does not come up.
 class DemoScript
 {
 public:
-    // seriesFolder is opened; what is saved and the screenshots go to outputFolder.
+    // seriesFolder is opened; what is saved and the screenshots go to outputFolder, the pictures of the help
+    // pages to its folder "help".
     DemoScript(QString seriesFolder, QString outputFolder, std::vector<TrueSlice> slices, double pixelMm);
 
     void run();
@@ -52,7 +56,7 @@ private:
     void chooseAnalyzedAndEdited();
     void measureScale();
     void traceSlices();
-    void guessSlice();
+    void guessSlice(const TrueSlice &slice);
     void eraseAndTraceAgain();
     void waitForWorkers();
     void lookAtMask();
@@ -62,13 +66,25 @@ private:
     void save();
     void quit();
 
+    // The pictures of the help pages (DemoScriptHelp.cpp).
+    void pictureForHelp();
+    void pictureSurface();
+    void pictureWindowMode();
+    void pictureZoomAndTrace(std::size_t slice);
+    void pictureEraseAndGuess(std::size_t slice);
+    QRect aroundPatella(double widthMm, double heightMm) const;
+    void keepForHelp(const QString &name, const QImage &picture) const;
+
     void edit(Side side);
     void pressMode(const QString &name);
     void goToSlice(const TrueSlice &slice);
     Polyline handPath(std::size_t slice, Side side, std::uint32_t seed) const;
     Polyline betweenEndsOfBone(const Polyline &path, double zMm) const;
     void enlarge(const Polyline &line);
-    void trace(std::size_t slice, Side side, std::uint32_t seed);
+    void fit();
+    void eraseLine(const Polyline &line);
+    // Calls onTheWay, if there is one, behind two thirds of the line, with the button still held.
+    void trace(std::size_t slice, Side side, std::uint32_t seed, const std::function<void()> &onTheWay = {});
     // Moves the mouse to a position in the slice and waits until the program has noticed.
     void pointAt(const QPointF &worldMm);
     QPoint toScreen(const QPointF &worldMm) const;
