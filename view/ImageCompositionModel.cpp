@@ -101,13 +101,15 @@ std::optional<ImageComposition::ChildPlace> ImageComposition::childPlace(const v
     return std::nullopt;
 }
 
-// Null for an index whose object is no longer shown.
+// Null for an index whose object is no longer shown, or is being deleted while views are told of it: then it
+// is a mere QObject by now.
 GraphicsObject *ImageComposition::objectAt(const QModelIndex &index) const
 {
     if (!index.isValid() || index.model() != this)
         return nullptr;
     auto *object = static_cast<GraphicsObject *>(index.internalPointer());
-    return rowOf(object) >= 0 || childPlace(object) ? object : nullptr;
+    const bool isShown = rowOf(object) >= 0 || childPlace(object);
+    return isShown ? qobject_cast<GraphicsObject *>(static_cast<QObject *>(object)) : nullptr;
 }
 
 // The pod of a top-level row; null for child rows.

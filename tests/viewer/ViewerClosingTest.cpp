@@ -101,6 +101,23 @@ private slots:
         hand.key('n');
     }
 
+    // As at the end of the program, when the manager goes before the viewers.
+    void imageDeletedWithItsOwner_whileItsCellIsSelected()
+    {
+        showAll();
+        auto owner = std::make_unique<QObject>();
+        auto *owned = new MervImageObject(newVolume(MERV::TypeUShort, {4, 4, 2}).release(), "/x/owned.mhd",
+                                          owner.get());
+        scene->viewer->addObject(owned);
+        const int row = scene->composition()->podCount() - 1;
+        scene->tree()->setCurrentIndex(scene->cell(row, ImageComposition::OpacityColumn));
+        QVERIFY(!scene->tree()->selectionModel()->selectedIndexes().isEmpty());
+        owner.reset();
+        QCOMPARE(scene->composition()->podCount(), row);
+        for (const QModelIndex &index : scene->tree()->selectionModel()->selectedIndexes())
+            QVERIFY(index.row() < row);
+    }
+
     void viewerClosedFirst_leavesTheImages()
     {
         showAll();
