@@ -64,16 +64,13 @@ QRect DemoScript::aroundPatella(double widthMm, double heightMm) const
     return QRect(toScreen(centre - half), toScreen(centre + half)).normalized();
 }
 
-// The surface in its colours as it was left: alone, on its slice, and behind the box of the perspective.
+// The surface in its colours: alone, as it was left, then behind the box of the perspective, then on its
+// slice.
 void DemoScript::pictureSurface()
 {
-    const QRect area = middleOfView(0.72, 0.56);
+    const QRect area = middleOfView(0.72, 0.56).translated(30, -30);
     const QPoint centre = area.center();
     keepForHelp("thickness", HelpPicture::ofArea(hands.mouse().screenshot(), area));
-    hands.tick(volumePod, -1, displayColumn);
-    pause(300);
-    keepForHelp("space", HelpPicture::ofArea(hands.mouse().screenshot(), area));
-    hands.tick(volumePod, -1, displayColumn, false);
     pressMode("Perspective");
     hands.drag(centre, centre + QPoint(0, 80), XTestDevice::Right);
     hands.drag(centre, centre + QPoint(120, -60));
@@ -85,18 +82,28 @@ void DemoScript::pictureSurface()
     }
     hands.tick(volumePod, -1, displayColumn);
     pressMode("Move");
+    fit();
+    hands.drag(centre, centre + QPoint(30, -90), XTestDevice::Right);
+    hands.drag(centre, centre + QPoint(0, 110));
+    pause(300);
+    keepForHelp("space", HelpPicture::ofArea(hands.mouse().screenshot(), middleOfView(0.8, 0.66)));
 }
 
 void DemoScript::pictureWindowMode()
 {
     const QRect area = aroundPatella(46, 32);
     const QPoint centre = area.center();
+    hands.tick(contoursPod, -1, displayColumn, false);
+    // The mask's row was the current one, whose window would be set.
+    hands.mouse().click(waitFor("the volume's row", [] { return treeCell(volumePod, opacityColumn); }));
+    hands.mouse().tapKey("Return");
     const QImage before = HelpPicture::ofArea(hands.mouse().screenshot(), area);
     pressMode("Window");
-    hands.drag(centre, centre + QPoint(0, -400));
-    keepForHelp("window", HelpPicture::halves(before, HelpPicture::ofArea(hands.mouse().screenshot(), area)));
+    hands.drag(centre, centre + QPoint(340, 0));
+    keepForHelp("contrast", HelpPicture::halves(before, HelpPicture::ofArea(hands.mouse().screenshot(), area)));
     hands.mouse().click(centre);
     hands.mouse().click(centre);
+    hands.tick(contoursPod, -1, displayColumn);
     pause(300);
 }
 
@@ -146,7 +153,7 @@ void DemoScript::pictureZoomAndTrace(std::size_t slice)
     trace(slice, SurfaceSide, helpSeed, [this] {
         pause(300);
         const QPoint at = ask([] { return QCursor::pos(); });
-        QRect seen(0, 0, 410, 270);
+        QRect seen(0, 0, HelpPicture::widthPixels, 135);
         seen.moveCenter(at);
         keepForHelp("trace", HelpPicture::ofArea(hands.mouse().screenshot(), seen));
     });
