@@ -20,6 +20,9 @@ public:
     // The HTML of the latest page, or a message; null before the first topic.
     QString currentText() const { return text; }
 
+    // The folder of the pages and of the pictures that they name.
+    QDir pageDirectory() const { return directory; }
+
 signals:
     void textChanged(const QString &text);
 
