@@ -3,8 +3,7 @@
 #include "contours/SegmentMarkers.h"
 #include "contours/SlicedContoursSegment.h"
 #include "objects/GraphicsObjectRenderAdvisor.h"
-
-#include <GL/gl.h>
+#include "platform/PixelScale.h"
 
 #include <array>
 #include <initializer_list>
@@ -18,9 +17,10 @@ void sendVertex(const QPointF &point)
     glVertex2d(point.x(), point.y());
 }
 
-void sendLine(const std::vector<QPointF> &points, GLfloat width)
+// The width is in pixels of view space.
+void sendLine(const std::vector<QPointF> &points, float width)
 {
-    glLineWidth(width);
+    setLineWidth(static_cast<double>(width));
     glBegin(GL_LINE_STRIP);
     for (const QPointF &point : points)
         sendVertex(point);
@@ -92,7 +92,7 @@ void SlicedContoursSegment::renderBox(GraphicsObjectRenderAdvisor *advisor, floa
     setSmoothing(adviceOr(advisor, this, RenderKey::Smooth, 1) != 0);
     if (dashed) {
         glEnable(GL_LINE_STIPPLE);
-        glLineStipple(1, dashPattern);
+        setLineStipple(dashPattern);
     }
     if (highlighted)
         sendHalo(segment.points, widthFactor);
@@ -103,6 +103,6 @@ void SlicedContoursSegment::renderBox(GraphicsObjectRenderAdvisor *advisor, floa
         sendEndPoints(segment.points, advisor->value(this, RenderKey::Color, RenderKey::EndPoints));
     setSmoothing(false);
     glDisable(GL_LINE_STIPPLE);
-    glLineWidth(1.0f);
+    setLineWidth(1.0);
     glPopMatrix();
 }

@@ -3,6 +3,7 @@
 
 #include "meshes/TriMeshFragment.h"
 #include "platform/GlState.h"
+#include "platform/PixelScale.h"
 
 #include <array>
 #include <vector>
@@ -29,18 +30,6 @@ public:
     VertexArrayScope(const VertexArrayScope &) = delete;
     VertexArrayScope &operator=(const VertexArrayScope &) = delete;
 };
-
-// Diagonal lines: one bit of every eight, in each row one further.
-void setHatching()
-{
-    std::array<GLubyte, 128> pattern{};
-    for (std::size_t row = 0; row < 32; ++row) {
-        for (std::size_t byte = 0; byte < 4; ++byte)
-            pattern[4 * row + byte] = static_cast<GLubyte>(1U << (row % 8));
-    }
-    const GlUnpackScope asItLies;
-    glPolygonStipple(pattern.data());
-}
 
 void setMaterial()
 {
@@ -71,7 +60,7 @@ void ColoringTriMeshRenderer::render(GraphicsObjectRenderAdvisor *)
         return;
     const GlAttributeScope state(GL_CURRENT_BIT | GL_ENABLE_BIT | GL_LIGHTING_BIT | GL_POLYGON_BIT |
                                  GL_POLYGON_STIPPLE_BIT);
-    setHatching();
+    setPolygonStipple(hatching());
     setMaterial();
     glDisable(GL_TEXTURE_2D);
     glDisable(GL_POLYGON_STIPPLE);

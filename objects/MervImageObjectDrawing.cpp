@@ -7,6 +7,7 @@
 #include "objects/SlicePositions.h"
 #include "objects/SliceQuad.h"
 #include "platform/GlState.h"
+#include "platform/PixelScale.h"
 
 #include <cmath>
 #include <cstdint>
@@ -51,15 +52,6 @@ void sendQuad(const SliceQuad &quad)
         glTexCoord2fv(quad.texture[corner].data());
         glVertex3fv(quad.vertices[corner].data());
     }
-}
-
-// Diagonal lines: 32 rows of 4 equal bytes, one bit set, one further in each row.
-std::array<GLubyte, 128> hatching()
-{
-    std::array<GLubyte, 128> pattern{};
-    for (std::size_t byte = 0; byte < pattern.size(); ++byte)
-        pattern[byte] = static_cast<GLubyte>(1U << ((byte / 4) % 8));
-    return pattern;
 }
 
 void sendVertices(const PlanePiece &piece)
@@ -294,9 +286,7 @@ void MervImageObject::renderObliquePlane(GraphicsObjectRenderAdvisor *advisor, c
 
     const GlAttributeScope state(cellState);
     glDisable(GL_TEXTURE_2D);
-    const GlUnpackScope rows;
-    const auto pattern = hatching();
-    glPolygonStipple(pattern.data());
+    setPolygonStipple(hatching());
     glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
     ColouredPieces drawn;
     for (int row = 0; row < cells.rowCount(); ++row) {
@@ -344,12 +334,12 @@ void MervImageObject::renderPoint(GraphicsObjectRenderAdvisor *advisor, float x,
         sendLine(lines.shaft);
     }
     glEnable(GL_LINE_STIPPLE);
-    glLineStipple(1, 0x0E0E);
+    setLineStipple(0x0E0E);
     {
         const GlPrimitive projection(GL_LINES);
         sendLine(lines.projection);
     }
-    glLineStipple(1, 0x1111);
+    setLineStipple(0x1111);
     const GlPrimitive legs(GL_LINES);
     for (const auto &leg : lines.legs)
         sendLine(leg);

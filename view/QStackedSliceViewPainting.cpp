@@ -3,6 +3,7 @@
 
 #include "objects/ImageObject.h"
 #include "platform/GlState.h"
+#include "platform/PixelScale.h"
 #include "view/GraphicsPod.h"
 #include "view/ImageComposition.h"
 #include "view/camera/Projection.h"
@@ -118,6 +119,7 @@ void QStackedSliceView::resizeGL(int newWidth, int newHeight)
 void QStackedSliceView::paintGL()
 {
     const QScopedValueRollback<bool> guard(painting, true);
+    const GlPixelScaleScope pixelScale(devicePixelRatioF());
     clearPicture();
     // Anew each time: the context may be another one than at the last resize.
     loadProjection(viewState.projectionMatrix);

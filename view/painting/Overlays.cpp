@@ -1,6 +1,7 @@
 #include "view/painting/Overlays.h"
 
 #include "platform/GlState.h"
+#include "platform/PixelScale.h"
 
 #include <algorithm>
 
@@ -98,9 +99,9 @@ void drawRubberBand(std::span<const Vector4, 4> corners, float alpha)
     glEnable(GL_POLYGON_SMOOTH);
     glEnable(GL_LINE_STIPPLE);
     for (int width = 4; width >= 1; --width) {
-        glLineWidth(static_cast<GLfloat>(width));
+        setLineWidth(width);
         glColor4f(0.0f, 0.5f, 1.0f, alpha / static_cast<GLfloat>(width));
-        glLineStipple(1, patterns[static_cast<std::size_t>(width - 1)]);
+        setLineStipple(patterns[static_cast<std::size_t>(width - 1)]);
         const GlPrimitive loop(GL_LINE_LOOP);
         for (const Vector4 &corner : corners)
             glVertex4dv(corner.data());
@@ -137,7 +138,7 @@ void drawCube(float angleDegrees, float alpha)
     glColor4f(1.0f, 0.0f, 0.0f, alpha / 3.0f);
     sendCube();
     glCullFace(GL_BACK);
-    glLineWidth(2.0f);
+    setLineWidth(2.0);
     glColor4f(1.0f, 0.0f, 0.0f, alpha);
     sendCube();
     glPopMatrix();
