@@ -1,5 +1,7 @@
 #include "resources/Resources.h"
 
+#include <QSizeF>
+
 namespace Resources {
 
 QString icon(const QString &fileName)
@@ -15,6 +17,19 @@ QString cursor(const QString &fileName)
 QString image(const QString &fileName)
 {
     return ":/images/" + fileName;
+}
+
+QPixmap picture(const QString &path, double devicePixelRatio)
+{
+    const QPixmap plain(path);
+    if (!(devicePixelRatio > 1.0) || plain.isNull())
+        return plain;
+    QString finePath = path;
+    finePath.insert(path.lastIndexOf('.'), "@2x");
+    const QSize size = (QSizeF(plain.size()) * devicePixelRatio).toSize();
+    QPixmap fine = QPixmap(finePath).scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    fine.setDevicePixelRatio(devicePixelRatio);
+    return fine;
 }
 
 } // namespace Resources

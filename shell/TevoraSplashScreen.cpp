@@ -1,11 +1,13 @@
 #include "shell/TevoraSplashScreen.h"
 
+#include "resources/Resources.h"
+
+#include <QGuiApplication>
 #include <QPainter>
 #include <QPen>
-#include <QPixmap>
 
 TevoraSplashScreen::TevoraSplashScreen()
-    : QSplashScreen(QPixmap(":/images/splashscreen.png"))
+    : QSplashScreen(Resources::picture(":/images/splashscreen.png", qGuiApp->devicePixelRatio()))
 {
     setWindowFlags(windowFlags() | Qt::WindowStaysOnTopHint);
 }

@@ -18,7 +18,7 @@ public:
     void setProgress(float progress, const QString &message);
 
 protected:
-    // Paints in pixels of the splash image.
+    // Paints in logical pixels of the splash image, which is 640 x 480 of them on every screen.
     void drawContents(QPainter *painter) override;
 
 private:

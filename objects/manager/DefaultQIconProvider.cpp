@@ -5,16 +5,14 @@
 #include "objects/RegularGridImageObject.h"
 #include "resources/Resources.h"
 
-#include <QPixmap>
-
 namespace {
 
 const QIcon &builtOnce(std::unique_ptr<QIcon> &icon, const QString &kind)
 {
     if (icon == nullptr) {
         icon = std::make_unique<QIcon>();
-        icon->addPixmap(QPixmap(Resources::icon("pixmap." + kind + ".1channel.32.png")));
-        icon->addPixmap(QPixmap(Resources::icon("pixmap." + kind + ".1channel.16.png")));
+        icon->addFile(Resources::icon("pixmap." + kind + ".1channel.32.png"));
+        icon->addFile(Resources::icon("pixmap." + kind + ".1channel.16.png"));
     }
     return *icon;
 }
