@@ -5,6 +5,9 @@
 #   tevora_add_qtest(<name> SOURCES <file>... DEPENDS ... [LIBRARIES ...] [WINDOW] [REAL_DATA])
 #       One QTest program, one test. WINDOW: it needs the display, which only one test at a time may have.
 #
+#   tevora_repeat_on_fine_screens(<name of a WINDOW test> <factor>...)
+#       The same program once more per factor, with so many pixels of the screen for one logical pixel.
+#
 # REAL_DATA: the test reads the folder TEVORA_TEST_DATA; a skip inside is shown in the runner's summary.
 include(GoogleTest)
 find_package(GTest CONFIG REQUIRED)
@@ -62,4 +65,13 @@ function(tevora_add_qtest name)
     if(ARG_REAL_DATA)
         set_tests_properties(${name} PROPERTIES SKIP_REGULAR_EXPRESSION "SKIP   : ")
     endif()
+endfunction()
+
+function(tevora_repeat_on_fine_screens name)
+    get_test_property(${name} TIMEOUT timeout)
+    foreach(factor IN LISTS ARGN)
+        add_test(NAME ${name}.factor_${factor} COMMAND ${name})
+        set_tests_properties(${name}.factor_${factor} PROPERTIES TIMEOUT ${timeout} RESOURCE_LOCK display
+            LABELS window ENVIRONMENT "${TEVORA_TEST_ENVIRONMENT};QT_SCALE_FACTOR=${factor}")
+    endforeach()
 endfunction()

@@ -81,6 +81,16 @@ const ModeDescription *descriptionOf(InteractMode mode)
     return found != modeTable.end() ? &*found : nullptr;
 }
 
+// With its hot spot in the middle.
+QCursor pictureCursor(const QString &fileName, double devicePixelRatio)
+{
+    QPixmap picture = Resources::picture(Resources::cursor(fileName), devicePixelRatio);
+    // X11 shows cursors pixel by pixel, and has their hot spots in these.
+    if (QGuiApplication::platformName() == QLatin1String("xcb"))
+        picture.setDevicePixelRatio(1.0);
+    return QCursor(picture, -1, -1);
+}
+
 QCursor cursorFor(InteractMode mode, const ViewCursors &cursors)
 {
     switch (mode) {
@@ -111,7 +121,7 @@ QStackedSliceView::QStackedSliceView(QWidget *parent, ImageComposition *shownCom
     setMouseTracking(true);
     setAttribute(Qt::WA_DeleteOnClose);
     setFocusPolicy(Qt::StrongFocus);
-    loadCursors();
+    loadCursors(devicePixelRatioF());
     makeModes();
     connect(composition, &ImageComposition::updated, this, &QStackedSliceView::imageCompositionUpdated);
     connect(composition, &ImageComposition::objectClosing, this, &QStackedSliceView::objectClosing);
@@ -130,10 +140,10 @@ QStackedSliceView::~QStackedSliceView()
     }
 }
 
-void QStackedSliceView::loadCursors()
+void QStackedSliceView::loadCursors(double devicePixelRatio)
 {
-    const auto load = [](const char *name) {
-        return QCursor(QPixmap(Resources::cursor(QString::fromLatin1(name))), -1, -1);
+    const auto load = [devicePixelRatio](const char *name) {
+        return pictureCursor(QString::fromLatin1(name), devicePixelRatio);
     };
     modeCursors = {load("hand.png"),
                    load("fist.png"),
@@ -141,6 +151,17 @@ void QStackedSliceView::loadCursors()
                    load("magnifier-plus.png"),
                    load("magnifier-minus.png"),
                    load("window.png")};
+    cursorRatio = devicePixelRatio;
+}
+
+// Another screen, or another resolution of this one. The toolkit makes the picture anew, empty.
+void QStackedSliceView::screenChanged()
+{
+    if (devicePixelRatioF() == cursorRatio)
+        return;
+    loadCursors(devicePixelRatioF());
+    setCursor(cursorFor(viewState.interactMode, modeCursors));
+    requestRepaint();
 }
 
 void QStackedSliceView::makeModes()

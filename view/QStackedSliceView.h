@@ -133,14 +133,16 @@ protected:
 private:
     friend class RepaintCollector;
     void makeModes();
-    void loadCursors();
+    void loadCursors(double devicePixelRatio);
+    void screenChanged();
     InteractionMode *presentMode() const;
     void announceMode(InteractMode mode);
     void rebuildProjection();
     void objectClosing(ImageObject *closing);
 
-    QPoint centred(const QPointF &position) const;
-    void aim(const QPoint &position);
+    QPointF centred(const QPointF &position) const;
+    QPointF pointerOf(const QMouseEvent &event) const;
+    void aim(const QPointF &position);
     template <typename Handle>
     void handleMouse(const QMouseEvent &event, const Handle &handle);
     void stepSlice(bool next);
@@ -154,8 +156,10 @@ private:
     ImageComposition *composition;
     ViewState viewState;
     ViewCursors modeCursors;
+    double cursorRatio = 1.0; // device pixels per logical pixel in the cursors
     std::map<InteractMode, std::unique_ptr<InteractionMode>> modes; // those with a behaviour of their own
     std::unique_ptr<FullScreenPlace> savedPlace;                    // while in full screen
+    QPointF pointer;                                                // at the last mouse event, in view space
     int timerId = 0;
     QElapsedTimer tickClock;
     bool scrollLocked = false; // toggled by its key, shows nowhere

@@ -57,6 +57,13 @@ int wheelDelta(const QWheelEvent &event)
     return delta.y();
 }
 
+// Whether a position may be that of the other before it was rounded to whole numbers.
+bool areSamePixel(const QPointF &position, const QPointF &rounded)
+{
+    const QPointF apart = position - rounded;
+    return std::max(std::abs(apart.x()), std::abs(apart.y())) < 1.0;
+}
+
 float faded(float alpha, double ticks)
 {
     return std::max(0.0f, alpha - static_cast<float>(ticks) * fadePerTick);
@@ -64,19 +71,29 @@ float faded(float alpha, double ticks)
 
 } // namespace
 
-QPoint QStackedSliceView::centred(const QPointF &position) const
+QPointF QStackedSliceView::centred(const QPointF &position) const
 {
-    const QPoint pixel = position.toPoint();
-    return {pixel.x() - viewState.width / 2, viewState.height / 2 - pixel.y()};
+    return {position.x() - viewState.width / 2, viewState.height / 2 - position.y()};
+}
+
+// Where the pointer is in view space. On a screen of high resolution it also stands between the whole
+// numbers; the toolkit rounds positions in a widget to these, and not those in its window.
+QPointF QStackedSliceView::pointerOf(const QMouseEvent &event) const
+{
+    const QPointF rounded = event.position().toPoint();
+    if (!(devicePixelRatioF() > 1.0))
+        return centred(rounded);
+    const QPointF exact = mapFrom(window(), event.scenePosition());
+    return centred(areSamePixel(exact, rounded) ? exact : rounded);
 }
 
 // Points the pick ray at a position in view space and recomputes the cursor.
-void QStackedSliceView::aim(const QPoint &position)
+void QStackedSliceView::aim(const QPointF &position)
 {
     viewState.eyePoint = eyeOf(static_cast<double>(viewState.perspectiveShearX),
                                static_cast<double>(viewState.perspectiveShearY),
                                static_cast<double>(viewState.perspectiveStrength));
-    viewState.mousePoint = {static_cast<double>(position.x()), static_cast<double>(position.y()), 0.0, 1.0};
+    viewState.mousePoint = {position.x(), position.y(), 0.0, 1.0};
     updateCursor();
 }
 
@@ -85,22 +102,23 @@ void QStackedSliceView::aim(const QPoint &position)
 template <typename Handle>
 void QStackedSliceView::handleMouse(const QMouseEvent &event, const Handle &handle)
 {
+    pointer = pointerOf(event);
     MouseInput input;
-    input.position = centred(event.position());
+    input.position = pointer.toPoint();
     input.movement = input.position - viewState.lastPosition;
     input.button = event.button();
     input.buttons = event.buttons();
     input.modifiers = event.modifiers();
     viewState.lastPosition = input.position;
     const QPointer<QStackedSliceView> alive(this);
-    aim(input.position);
+    aim(pointer);
     if (InteractionMode *mode = alive ? presentMode() : nullptr)
         handle(*mode, input);
 }
 
 void QStackedSliceView::mousePressEvent(QMouseEvent *event)
 {
-    viewState.pressPosition = centred(event->position());
+    viewState.pressPosition = pointerOf(*event).toPoint();
     handleMouse(*event, [](InteractionMode &mode, const MouseInput &input) { mode.press(input); });
 }
 
@@ -116,7 +134,7 @@ void QStackedSliceView::mouseMoveEvent(QMouseEvent *event)
 
 void QStackedSliceView::mouseDoubleClickEvent(QMouseEvent *event)
 {
-    viewState.pressPosition = centred(event->position());
+    viewState.pressPosition = pointerOf(*event).toPoint();
     handleMouse(*event, [](InteractionMode &mode, const MouseInput &input) {
         if (!mode.doubleClick(input))
             mode.press(input);
@@ -125,8 +143,10 @@ void QStackedSliceView::mouseDoubleClickEvent(QMouseEvent *event)
 
 void QStackedSliceView::wheelEvent(QWheelEvent *event)
 {
-    const QPoint position = centred(event->position());
-    viewState.lastPosition = position;
+    // A wheel event has rounded positions only: the pointer is where it was at the last mouse event.
+    const QPointF rounded = centred(event->position().toPoint());
+    const QPointF position = areSamePixel(pointer, rounded) ? pointer : rounded;
+    viewState.lastPosition = position.toPoint();
     aim(position);
     event->accept();
     const int delta = wheelDelta(*event);
@@ -151,6 +171,11 @@ void QStackedSliceView::stepSlice(bool next)
 
 bool QStackedSliceView::event(QEvent *event)
 {
+    if (event->type() == QEvent::ScreenChangeInternal) {
+        const bool handled = QOpenGLWidget::event(event);
+        screenChanged();
+        return handled;
+    }
     const bool isPress = event->type() == QEvent::KeyPress;
     if (!isPress && event->type() != QEvent::KeyRelease)
         return QOpenGLWidget::event(event);

@@ -76,13 +76,35 @@ void XHand::waitFor(std::initializer_list<QEvent::Type> types, int before)
         QTest::qFail("the widget has not seen the event", __FILE__, __LINE__);
 }
 
+// The toolkit's global positions are rounded where a logical pixel is several of the screen.
+QPoint XHand::pixelOnScreen(const QPoint &position) const
+{
+    const QWidget *window = target->window();
+    const QPointF inWindow = QPointF(target->mapTo(window, position)) * target->devicePixelRatioF();
+    int left = 0, top = 0;
+    Window child = 0;
+    XTranslateCoordinates(asDisplay(display), window->winId(), DefaultRootWindow(asDisplay(display)), 0, 0,
+                          &left, &top, &child);
+    return QPoint(left, top) + inWindow.toPoint();
+}
+
+QPoint XHand::pointerOnScreen() const
+{
+    Window root = 0, child = 0;
+    int x = 0, y = 0, xInWindow = 0, yInWindow = 0;
+    unsigned int mask = 0;
+    XQueryPointer(asDisplay(display), DefaultRootWindow(asDisplay(display)), &root, &child, &x, &y,
+                  &xInWindow, &yInWindow, &mask);
+    return {x, y};
+}
+
 void XHand::moveTo(const QPoint &position)
 {
-    const QPoint global = target->mapToGlobal(position);
-    if (QCursor::pos() == global)
+    const QPoint onScreen = pixelOnScreen(position);
+    if (pointerOnScreen() == onScreen)
         return;
     const int before = seen({QEvent::MouseMove});
-    XTestFakeMotionEvent(asDisplay(display), -1, global.x(), global.y(), 0);
+    XTestFakeMotionEvent(asDisplay(display), -1, onScreen.x(), onScreen.y(), 0);
     flush();
     waitFor({QEvent::MouseMove}, before);
 }

@@ -43,6 +43,8 @@ public:
                                    Down = 0xff54, ScrollLock = 0xff14;
 
 private:
+    QPoint pixelOnScreen(const QPoint &position) const;
+    QPoint pointerOnScreen() const;
     void buttonEvent(unsigned int button, bool down);
     void keyEvent(unsigned long keySym, bool down);
     void flush();
