@@ -54,7 +54,8 @@ private slots:
         for (const QString &text : QString::fromUtf8(listing).split('\n', Qt::SkipEmptyParts)) {
             const QRegularExpressionMatch match = line.match(text);
             QVERIFY2(match.hasMatch(), qPrintable(text));
-            entries.append({match.captured(1), match.captured(2), match.captured(3)});
+            if (!match.captured(3).isEmpty()) // the root itself
+                entries.append({match.captured(1), match.captured(2), match.captured(3)});
         }
     }
 
