@@ -110,16 +110,21 @@ private slots:
         QCOMPARE(beside, expected);
     }
 
-    void helpPages_areAllThoseOfTheSources()
+    void helpPages_areAllThoseOfTheSources_withTheirPictures()
     {
+        static const QRegularExpression picture("src=\"([^\"]+)\"");
         const QString sources = qEnvironmentVariable("TEVORA_SOURCE_DIR") + "/resources/help/";
-        const QStringList pictures = QDir(sources + "pictures").entryList(QDir::Files);
         for (const QString language : {"de", "en", "fr"}) {
-            const QStringList pages = QDir(sources + language).entryList(QDir::Files);
+            const QString folder = "usr/lib/tevora/help-" + language + "/";
+            const QStringList pages = QDir(sources + language).entryList({"*.html"}, QDir::Files);
             QVERIFY(!pages.isEmpty());
-            const QStringList both = pages + pictures;
-            QCOMPARE(pathsBelow("usr/lib/tevora/help-" + language + "/"),
-                     QSet<QString>(both.begin(), both.end()));
+            QSet<QString> expected(pages.begin(), pages.end());
+            for (const QString &page : pages) {
+                auto each = picture.globalMatch(QString::fromUtf8(package.read(folder + page)));
+                while (each.hasNext())
+                    expected.insert(each.next().captured(1));
+            }
+            QCOMPARE(pathsBelow(folder), expected);
         }
     }
 
