@@ -23,7 +23,9 @@ namespace {
 constexpr std::string_view runLengthSyntax = "1.2.840.10008.1.2.5";
 // Written by old scanners: implicit little endian, but for the pixels.
 constexpr std::string_view bigEndianPixelsSyntax = "1.2.840.113619.5.2";
-// A byte of compressed pixels never stands for more than this many pixels in files worth opening.
+// Run lengths make two bytes of at most 128 (PS3.5, G.3.1).
+constexpr std::uint64_t longestRunPerByte = 64;
+// A byte of otherwise compressed pixels never stands for more than this many pixels in files worth opening.
 constexpr std::uint64_t mostPixelsPerByte = 1 << 16;
 
 struct VoxelTypes
@@ -162,11 +164,14 @@ bool readRunLength(const std::vector<std::string> &fragments, const PixelLayout 
     return true;
 }
 
-bool canHold(const PixelBlock &block, const PixelLayout &layout)
+bool canHold(const DicomHeader &header, const PixelLayout &layout)
 {
-    if (block.encapsulated)
-        return layout.pixels() / mostPixelsPerByte <= block.length;
-    return layout.bytes() <= block.length;
+    const PixelBlock &block = header.pixels;
+    if (!block.encapsulated)
+        return layout.bytes() <= block.length;
+    if (header.transferSyntax == runLengthSyntax)
+        return layout.bytes() / longestRunPerByte <= block.length;
+    return layout.pixels() / mostPixelsPerByte <= block.length;
 }
 
 void takeStoredBits(const DicomHeader &header, PixelLayout &layout)
@@ -227,7 +232,7 @@ std::optional<PixelLayout> pixelLayout(const DicomHeader &header)
     layout.bitsAllocated = static_cast<unsigned>(bits);
     layout.isSigned = header.integer(tags::pixelRepresentation, 0) != 0;
     takeStoredBits(header, layout);
-    return canHold(header.pixels, layout) ? std::optional(layout) : std::nullopt;
+    return canHold(header, layout) ? std::optional(layout) : std::nullopt;
 }
 
 bool needsLibrary(const DicomHeader &header)

@@ -282,3 +282,16 @@ TEST_F(DicomPixels, compressedFileCannotClaimMoreThanItsBytesAllow)
     setFragments(file, runLength, {"x"});
     EXPECT_FALSE(pixelLayout(header(file)));
 }
+
+TEST_F(DicomPixels, runLengthsAreLongEnoughForAnEmptyPicture)
+{
+    // 64 kB of zeros: two planes of 32 kB, each in 256 runs of 128.
+    std::string runs;
+    for (int i = 0; i < 256; ++i)
+        runs += std::string("\x81\x00", 2);
+    DicomFileBuilder file = dicomSlice(256, 128, {}, 0);
+    setFragments(file, runLength, {runLengthFrame({runs, runs})});
+    EXPECT_EQ(pixels<std::uint16_t>(file), std::vector<std::uint16_t>(std::size_t(256) * 128));
+    file.us(0x00280010, 200); // more rows than the bytes can make
+    EXPECT_FALSE(pixelLayout(header(file)));
+}

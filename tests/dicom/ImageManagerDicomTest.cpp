@@ -3,6 +3,7 @@
 #include "objects/MervImageObject.h"
 #include "serialization/dialogs/ListChoiceDialog.h"
 #include "serialization/dialogs/SliceDistanceDialog.h"
+#include "serialization/formats/DcmUnserializer.h"
 #include "tests/support/CapturedOutput.h"
 #include "tests/support/DialogDriver.h"
 #include "tests/support/DicomFileBuilder.h"
@@ -88,6 +89,16 @@ private:
                 QTest::mouseClick(choices[row], Qt::LeftButton, Qt::NoModifier, QPoint(8, 8));
             driver->click(dialog, standardButton(dialog, button));
         });
+    }
+
+    // Series, echo time and slice distance, as they are preselected.
+    void acceptAllDialogs()
+    {
+        const auto accept = [this](QDialog *dialog) {
+            driver->click(dialog, standardButton(dialog, QDialogButtonBox::Ok));
+        };
+        for (const char *what : {"series", "echo time", "distance"})
+            driver->expect<QDialog>(what, accept);
     }
 
     DicomFileBuilder slice(const std::string &uid, double zMm, const std::string &echoTime = "9.2")
@@ -364,6 +375,81 @@ private slots:
         QVERIFY(!manager->saveDicomSeries(nullptr, path));
         MervImageObject empty(nullptr, QString());
         QVERIFY(!manager->saveDicomSeries(&empty, path));
+    }
+
+    // A colleague tidies up while the dialogs are open.
+    void folderThatVanishesBehindTheDialogsIsNamedAndLeavesNoImage()
+    {
+        writeSeries();
+        expectChoice("Select Series", "", bothSeries, 1);
+        expectChoice("Select Echo Time", echoLabel, {"18.4", "9.2"}, 1);
+        driver->expect<SliceDistanceDialog>("distances", [this](SliceDistanceDialog *dialog) {
+            std::filesystem::remove_all(folder->path());
+            driver->click(dialog, standardButton(dialog, QDialogButtonBox::Ok));
+        });
+        const CapturedOutput output;
+        QCOMPARE(load(), nullptr);
+        QVERIFY2(driver->verify(), driver->report());
+        QVERIFY(output.standardOutput().endsWith("Could not load series 1.2.4 in " + folderName() + "\n"));
+        QCOMPARE(manager->imageCount(), 0);
+        QCOMPARE(QDir::currentPath(), "/");
+    }
+
+    void folderThatVanishesBehindTheCountHasNoSeries()
+    {
+        writeSeries();
+        QCOMPARE(manager->countDicomSeries(folderName()), 2);
+        std::filesystem::remove_all(folder->path());
+        QVERIFY(manager->loadDicomSeries(folderName()).isEmpty());
+        QCOMPARE(manager->imageCount(), 0);
+        QCOMPARE(QDir::currentPath(), "/");
+    }
+
+    // Every tag that the loader looks at, missing in all three files: the commands for series with and
+    // without questions, and for single files.
+    void eachTagMayBeMissingForEachCommand_data()
+    {
+        QTest::addColumn<std::uint32_t>("tag");
+        QTest::addColumn<bool>("isNeeded");
+        for (const std::uint32_t tag :
+             {0x00080005U, 0x00080016U, 0x0008103EU, 0x00100010U, 0x00180050U, 0x00180081U,
+              0x00180088U, 0x0020000EU, 0x00200013U, 0x00200032U, 0x00200037U, 0x00201041U,
+              0x00280002U, 0x00280004U, 0x00280030U, 0x00280100U, 0x00280101U, 0x00280102U,
+              0x00280103U, 0x00280010U, 0x00280011U, 0x7FE00010U})
+            QTest::addRow("%08x", tag)
+                << tag << (tag == 0x00280010 || tag == 0x00280011 || tag == 0x7FE00010);
+    }
+    void eachTagMayBeMissingForEachCommand()
+    {
+        QFETCH(std::uint32_t, tag);
+        QFETCH(bool, isNeeded);
+        for (const int number : {1, 2, 3}) {
+            DicomFileBuilder file = slice("1.2.3", 2 * number);
+            file.text(0x00200013, "IS", std::to_string(number));
+            file.remove(tag);
+            file.write(*folder / (std::to_string(number) + ".dcm"));
+        }
+        const CapturedOutput output;
+        QCOMPARE(manager->countDicomSeries(folderName()), isNeeded ? 0 : 1);
+        QCOMPARE(manager->loadDicomSeries(folderName()).size(), isNeeded ? 0 : 1);
+        if (!isNeeded)
+            acceptAllDialogs();
+        QCOMPARE(load() != nullptr, !isNeeded);
+        QVERIFY2(driver->verify(), driver->report());
+
+        DcmUnserializer reader;
+        manager->addUnserializer(&reader);
+        QString error;
+        QCOMPARE(manager->loadFile(folderName() + "/2.dcm", &error) != nullptr, !isNeeded);
+        const QString failure("The following unserializer(s) assured their capability to unserialize this "
+                              "file, but they failed to do so: Dicom file");
+        QCOMPARE(error, isNeeded ? failure : QString());
+        QCOMPARE(manager->imageCount(), isNeeded ? 0 : 3);
+        for (int row = 0; row < manager->imageCount(); ++row) {
+            auto *volume = dynamic_cast<MervImageObject *>(manager->image(row));
+            QCOMPARE(volume->voxels()->getDepth(), row < 2 ? 3 : 1);
+            QVERIFY(volume->displaySlice(0) != nullptr);
+        }
     }
 
     void kneeSeriesShowsThreeDifferentDistances()
