@@ -19,6 +19,7 @@
 #include "view/interaction/ZoomMode.h"
 
 #include <QApplication>
+#include <QScreen>
 #include <QSurfaceFormat>
 
 #include <algorithm>
@@ -121,7 +122,7 @@ QStackedSliceView::QStackedSliceView(QWidget *parent, ImageComposition *shownCom
     setMouseTracking(true);
     setAttribute(Qt::WA_DeleteOnClose);
     setFocusPolicy(Qt::StrongFocus);
-    loadCursors(devicePixelRatioF());
+    loadCursors(screen()->devicePixelRatio()); // the view itself does not know its own before it is shown
     makeModes();
     connect(composition, &ImageComposition::updated, this, &QStackedSliceView::imageCompositionUpdated);
     connect(composition, &ImageComposition::objectClosing, this, &QStackedSliceView::objectClosing);
@@ -157,9 +158,10 @@ void QStackedSliceView::loadCursors(double devicePixelRatio)
 // Another screen, or another resolution of this one. The toolkit makes the picture anew, empty.
 void QStackedSliceView::screenChanged()
 {
-    if (devicePixelRatioF() == cursorRatio)
+    const double ratio = screen()->devicePixelRatio();
+    if (ratio == cursorRatio)
         return;
-    loadCursors(devicePixelRatioF());
+    loadCursors(ratio);
     setCursor(cursorFor(viewState.interactMode, modeCursors));
     requestRepaint();
 }
