@@ -16,11 +16,14 @@
 #include <QCoreApplication>
 #include <QIcon>
 #include <QItemSelectionModel>
+#include <QMenuBar>
 #include <QSettings>
 #include <QSplitter>
 #include <QTabWidget>
 #include <QToolBar>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 MainWindow::MainWindow()
 {
@@ -28,6 +31,8 @@ MainWindow::MainWindow()
     manager = new ImageManager(this);
     buildImageList();
     buildTabs();
+    // The layout does not count the menu bar, of which a first start would show only half.
+    setMinimumWidth(std::max(menuBar()->sizeHint().width(), minimumSizeHint().width()));
     setWindowTitle(QCoreApplication::applicationName());
     setWindowIcon(QIcon(":/icons/tevora.png"));
     registerFormats(*manager);
@@ -79,10 +84,14 @@ void MainWindow::buildTabs()
 
     auto *innerTabs = new QTabWidget;
     innerTabs->setTabPosition(QTabWidget::North);
+    innerTabs->setUsesScrollButtons(false); // the window is never too small for the tabs
+    innerTabs->setElideMode(Qt::ElideNone);
     innerTabs->addTab(imageList, tr("Icon View"));
     innerTabs->addTab(tablePage, tr("Properties Table"));
     tabs = new QTabWidget;
     tabs->setTabPosition(QTabWidget::West);
+    tabs->setUsesScrollButtons(false);
+    tabs->setElideMode(Qt::ElideNone);
     tabs->addTab(innerTabs, tr("Image List"));
 
     relationsGraph = new ImageRelationsGraph(manager);

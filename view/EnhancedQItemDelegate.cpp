@@ -56,8 +56,11 @@ QWidget *EnhancedQItemDelegate::createEditor(QWidget *parent, const QStyleOption
         editor = box;
     } else {
         editor = QItemDelegate::createEditor(parent, option, index);
-        if (auto *line = qobject_cast<QLineEdit *>(editor))
+        if (auto *line = qobject_cast<QLineEdit *>(editor)) {
             line->setFrame(false); // keeps a tree with persistent editors calm
+            if (!value.isValid())
+                line->setMaximumWidth(line->fontMetrics().height()); // nothing to show: no wide column
+        }
     }
     if (editor != nullptr) {
         editor->setAutoFillBackground(true); // hides the mark that is painted below it

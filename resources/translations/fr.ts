@@ -1012,19 +1012,19 @@ Image Analyze (*.hdr)</translation>
     </message>
     <message>
         <source>femoral cartilage bone interface</source>
-        <translation>interface os-cartilage fémorale</translation>
+        <translation>fémur&#xa0;: interface os-cartilage</translation>
     </message>
     <message>
         <source>femoral cartilage surface</source>
-        <translation>surface du cartilage fémoral</translation>
+        <translation>fémur&#xa0;: surface du cartilage</translation>
     </message>
     <message>
         <source>tibial cartilage bone interface</source>
-        <translation>interface os-cartilage tibiale</translation>
+        <translation>tibia&#xa0;: interface os-cartilage</translation>
     </message>
     <message>
         <source>tibial cartilage surface</source>
-        <translation>surface du cartilage tibial</translation>
+        <translation>tibia&#xa0;: surface du cartilage</translation>
     </message>
     <message>
         <source>Fragments in %1</source>
