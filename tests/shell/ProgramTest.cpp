@@ -1,7 +1,6 @@
-#include "demo/xtest/XTestDevice.h"
+#include "tests/support/ProgramOnScreen.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 #include <QSettings>
@@ -14,45 +13,13 @@ class ProgramTest : public QObject
     Q_OBJECT
 
     QTemporaryDir home;
-    XTestDevice device;
 
-    QProcessEnvironment environment() const
+    // Waits for the main window, not for the splash screen.
+    static void start(ProgramOnScreen &program, const QString &executable, const QStringList &arguments)
     {
-        QProcessEnvironment values = QProcessEnvironment::systemEnvironment();
-        values.insert("XDG_CONFIG_HOME", home.path());
-        values.insert("XDG_DATA_HOME", home.path());
-        values.insert("LC_ALL", "C.UTF-8"); // no language of its own: the texts are those of the sources
-        return values;
-    }
-
-    static bool windowIsThere()
-    {
-        QProcess search;
-        search.start("xdotool", {"search", "--onlyvisible", "--name", "^Tevora$"});
-        return search.waitForFinished() && !search.readAllStandardOutput().trimmed().isEmpty();
-    }
-
-    // Starts the program and waits for its main window, not for the splash screen.
-    void start(QProcess &program, const QString &executable, const QStringList &arguments)
-    {
-        QElapsedTimer time;
-        time.start();
-        program.setProcessEnvironment(environment());
-        program.start(executable, arguments);
-        QVERIFY(program.waitForStarted());
-        // Seen once: it may be gone again for a moment while the window manager frames it.
-        QVERIFY(QTest::qWaitFor(windowIsThere, 20000));
+        QVERIFY(program.start(executable, arguments, "Tevora"));
         // Three of the four pauses of 300 ms lie before the window.
-        QVERIFY(time.elapsed() >= 900);
-        QTest::qWait(1200);
-    }
-
-    void altKey(const char *key)
-    {
-        device.pressKey("Alt_L");
-        device.tapKey(key);
-        device.releaseKey("Alt_L");
-        QTest::qWait(200);
+        QVERIFY(program.millisecondsToWindow() >= 900);
     }
 
     static QString executable() { return QString(TEVORA_EXECUTABLE); }
@@ -63,13 +30,11 @@ private slots:
 
     void exitFromTheMenu_endsWithSuccessAndWritesTheSettings()
     {
-        QProcess program;
+        ProgramOnScreen program(home.path());
         start(program, executable(), {"no-such-file.mhd", "--unknown"});
-        altKey("f");
-        device.tapKey("x");
-        QVERIFY(program.waitForFinished(10000));
-        QCOMPARE(program.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(program.exitCode(), 0);
+        program.altKey("f");
+        program.tapKey("x");
+        QVERIFY(program.endsWell());
         const QSettings settings(settingsFile(), QSettings::IniFormat);
         for (const char *key : {"MainWindow/Position", "MainWindow/Size", "MainWindow/SplitterLayout",
                                 "ImageManager/CurrentDirectory"})
@@ -85,13 +50,13 @@ private slots:
             settings.setValue("MainWindow/Size", QSize(640, 480));
             settings.setValue("MainWindow/Position", QPoint(60, 50));
         }
-        QProcess program;
+        ProgramOnScreen program(home.path());
         start(program, executable(), {});
         // Asks the window to close, as the button of its frame does.
         QProcess close;
         close.start("sh", {"-c", "wmctrl -c Tevora"});
         close.waitForFinished();
-        QVERIFY(program.waitForFinished(10000));
+        QVERIFY(program.endsWell());
         const QSettings settings(settingsFile(), QSettings::IniFormat);
         QCOMPARE(settings.value("MainWindow/Size").toSize(), QSize(640, 480));
     }
@@ -115,12 +80,11 @@ private slots:
         QVERIFY(release.waitForFinished());
         QCOMPARE(release.exitCode(), 0);
 
-        QProcess program;
+        ProgramOnScreen program(home.path());
         start(program, copy, {"--english", "--DEUTSCH"});
-        altKey("d");
-        device.tapKey("e");
-        QVERIFY(program.waitForFinished(10000));
-        QCOMPARE(program.exitCode(), 0);
+        program.altKey("d");
+        program.tapKey("e");
+        QVERIFY(program.endsWell());
     }
 };
 

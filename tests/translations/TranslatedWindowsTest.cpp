@@ -212,6 +212,48 @@ private slots:
         QCOMPARE(shown, texts.value(code));
     }
 
+    // French counts nothing as one, German and English count it as many.
+    void pluralForms_data()
+    {
+        QTest::addColumn<int>("count");
+        for (const int count : {0, 1, 2, 5})
+            QTest::addRow("%d", count) << count;
+    }
+    void pluralForms()
+    {
+        struct Forms
+        {
+            const char *oneLoaded, *manyLoaded, *oneFailed, *manyFailed, *oneSeries, *manySeries;
+        };
+        const QMap<QString, Forms> texts{
+            {"de",
+             {"%1 Bild wurde geladen.", "%1 Bilder wurden geladen.",
+              "Beim Laden von %1 Bild traten Fehler auf:",
+              "Beim Laden der folgenden %1 Bilder traten Fehler auf:", "%1 DICOM-Serie wird geladen.",
+              "%1 DICOM-Serien werden geladen."}},
+            {"en",
+             {"%1 image has been loaded.", "%1 images have been loaded.",
+              "Errors occured while attempting to load the following %1 image:",
+              "Errors occured while attempting to load the following %1 images:",
+              "%1 DICOM series will be loaded.", "%1 DICOM series will be loaded."}},
+            {"fr",
+             {"%1 image a été chargée.", "%1 images ont été chargées.",
+              "Des erreurs se sont produites lors du chargement de %1 image\u00A0:",
+              "Des erreurs se sont produites lors du chargement des %1 images suivantes\u00A0:",
+              "%1 série DICOM sera chargée.", "%1 séries DICOM seront chargées."}},
+        };
+        QFETCH(int, count);
+        const Forms forms = texts.value(code);
+        const bool one = count == 1 || (code == "fr" && count == 0);
+        QCOMPARE(ImageManager::tr("%n image(s) have been loaded.", nullptr, count),
+                 QString(one ? forms.oneLoaded : forms.manyLoaded).arg(count));
+        QCOMPARE(ImageManager::tr(
+                     "Errors occured while attempting to load the following %n image(s):", nullptr, count),
+                 QString(one ? forms.oneFailed : forms.manyFailed).arg(count));
+        QCOMPARE(MainWindow::tr("%1 DICOM series will be loaded.", nullptr, count).arg(count),
+                 QString(one ? forms.oneSeries : forms.manySeries).arg(count));
+    }
+
     void mainWindow_atItsFirstSize()
     {
         MainWindowScene scene;

@@ -93,6 +93,28 @@ private slots:
         QCOMPARE(changed.at(0).at(0).value<QWidget *>(), &box);
     }
 
+    void editorOfACellWithoutValue_doesNotWidenItsColumn()
+    {
+        QStandardItemModel model(1, 2);
+        model.setItem(0, 1, new QStandardItem("a value"));
+        EnhancedQTreeView tree;
+        tree.setModel(&model);
+        tree.setHeaderHidden(true);
+        tree.setRootIsDecorated(false);
+        for (const int column : {0, 1})
+            tree.openPersistentEditor(model.index(0, column));
+        tree.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&tree));
+        tree.resizeColumnToContents(0);
+        tree.resizeColumnToContents(1);
+        const QWidget *without = tree.indexWidget(model.index(0, 0));
+        const QWidget *with = tree.indexWidget(model.index(0, 1));
+        QVERIFY(without);
+        QVERIFY(without->sizeHint().width() > 60); // what a line asks for
+        QVERIFY(tree.columnWidth(0) <= tree.fontMetrics().height() + 8);
+        QVERIFY(tree.columnWidth(1) >= with->sizeHint().width());
+    }
+
     void editors_followTheTypeOfTheEditValue()
     {
         MixedModel model;
