@@ -6,11 +6,14 @@
 #include <QAbstractTableModel>
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLineEdit>
 #include <QSignalSpy>
 #include <QStandardItemModel>
 #include <QTest>
+
+#include <algorithm>
 
 namespace {
 
@@ -99,8 +102,8 @@ private slots:
         model.setItem(0, 1, new QStandardItem("a value"));
         EnhancedQTreeView tree;
         tree.setModel(&model);
-        tree.setHeaderHidden(true);
         tree.setRootIsDecorated(false);
+        tree.setIndentation(0);
         for (const int column : {0, 1})
             tree.openPersistentEditor(model.index(0, column));
         tree.show();
@@ -111,7 +114,8 @@ private slots:
         const QWidget *with = tree.indexWidget(model.index(0, 1));
         QVERIFY(without);
         QVERIFY(without->sizeHint().width() > 60); // what a line asks for
-        QVERIFY(tree.columnWidth(0) <= tree.fontMetrics().height() + 8);
+        QVERIFY(tree.columnWidth(0) <=
+                std::max(tree.header()->minimumSectionSize(), without->maximumWidth()));
         QVERIFY(tree.columnWidth(1) >= with->sizeHint().width());
     }
 
