@@ -124,7 +124,10 @@ private slots:
                 while (each.hasNext())
                     expected.insert(each.next().captured(1));
             }
-            QCOMPARE(pathsBelow(folder), expected);
+            QSet<QString> installed;
+            for (QString name : pathsBelow(folder))
+                installed.insert(name.remove("@2x")); // the same picture for finer screens
+            QCOMPARE(installed, expected);
         }
     }
 
