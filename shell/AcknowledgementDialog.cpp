@@ -15,21 +15,18 @@ QString remark(const QString &language)
     static const QString link = "<a href=\"https://tevora.example.org\">Tevora</a>";
     if (language == "en")
         return "<!-- <h2>Acknowledgement</h2> --><p>Segmentation and morphometry of the knee cartilage in "
-               "this "
-               "study were carried out with the software " +
+               "this study were carried out with the software " +
                link +
                " (The Tevora developers: Tevora, a workstation for the segmentation of knee cartilage).</p>";
     if (language == "de")
         return "<!-- <h2>Danksagung</h2> --><p>Segmentierung und Morphometrie des Kniegelenkknorpels wurden "
-               "in "
-               "dieser Studie mit der Software " +
+               "in dieser Studie mit der Software " +
                link +
                " durchgeführt (The Tevora developers: Tevora, a workstation for the segmentation of knee "
                "cartilage).</p>";
     if (language == "fr")
         return "<!-- <h2>Remerciement</h2> --><p>La segmentation et la morphométrie du cartilage du genou "
-               "ont été "
-               "réalisées dans cette étude avec le logiciel " +
+               "ont été réalisées dans cette étude avec le logiciel " +
                link +
                " (The Tevora developers: Tevora, a workstation for the segmentation of knee cartilage).</p>";
     return {};

@@ -5,7 +5,7 @@
     <name>AcknowledgementDialog</name>
     <message>
         <source>Acknowledging Usage of Tevora</source>
-        <translation>Danksagung für die Nutzung von Tevora</translation>
+        <translation>Danksagung bei Nutzung von Tevora</translation>
     </message>
     <message>
         <source>English</source>

@@ -56,7 +56,7 @@
     <name>BitPlaneRasterizerObject</name>
     <message>
         <source>bit code</source>
-        <translation>code de bits</translation>
+        <translation>code binaire</translation>
     </message>
 </context>
 <context>
@@ -225,7 +225,7 @@
     </message>
     <message>
         <source>Erasing requires a Sliced Contours Fragment to be selected for editing.</source>
-        <translation>Pour effacer, un fragment de contours par coupes doit être sélectionné pour l&apos;édition.</translation>
+        <translation>Pour effacer, un fragment de contours par coupe doit être sélectionné pour l&apos;édition.</translation>
     </message>
 </context>
 <context>
@@ -243,7 +243,7 @@
     </message>
     <message>
         <source>Guessing edges requires a Sliced Contours Fragment to be selected for editing.</source>
-        <translation>Pour deviner des contours, un fragment de contours par coupes doit être sélectionné pour l&apos;édition.</translation>
+        <translation>Pour deviner des contours, un fragment de contours par coupe doit être sélectionné pour l&apos;édition.</translation>
     </message>
     <message>
         <source>Unable to guess a segment.</source>
@@ -450,7 +450,7 @@
     </message>
     <message>
         <source>Sliced contours</source>
-        <translation>Contours par coupes</translation>
+        <translation>Contours par coupe</translation>
     </message>
     <message>
         <source>unknown</source>
@@ -651,15 +651,15 @@
     </message>
     <message>
         <source>Copies the selection from the properties table to the clipboard</source>
-        <translation>Copie la sélection de la table des propriétés dans le presse-papiers</translation>
+        <translation>Copie la sélection du tableau des propriétés dans le presse-papiers</translation>
     </message>
     <message>
         <source>Icon View</source>
-        <translation>Vue d&apos;icônes</translation>
+        <translation>Vue en icônes</translation>
     </message>
     <message>
         <source>Properties Table</source>
-        <translation>Table des propriétés</translation>
+        <translation>Tableau des propriétés</translation>
     </message>
     <message>
         <source>Image List</source>
@@ -752,7 +752,7 @@ Image Analyze (*.hdr)</translation>
     </message>
     <message>
         <source>new sliced contours</source>
-        <translation>nouveaux contours par coupes</translation>
+        <translation>nouveaux contours par coupe</translation>
     </message>
     <message>
         <source>selected slice from %1</source>
@@ -812,7 +812,7 @@ Image Analyze (*.hdr)</translation>
     </message>
     <message>
         <source>New sliced contours</source>
-        <translation>Nouveaux contours par coupes</translation>
+        <translation>Nouveaux contours par coupe</translation>
     </message>
     <message>
         <source>New slice selector</source>
@@ -1227,25 +1227,25 @@ Portable Network Graphics (*.png)</translation>
     <name>SlicSerializer</name>
     <message>
         <source>Sliced Contours</source>
-        <translation>Contours par coupes</translation>
+        <translation>Contours par coupe</translation>
     </message>
 </context>
 <context>
     <name>SlicUnserializer</name>
     <message>
         <source>Sliced Contours</source>
-        <translation>Contours par coupes</translation>
+        <translation>Contours par coupe</translation>
     </message>
 </context>
 <context>
     <name>SliceDistanceDialog</name>
     <message>
         <source>Select Slice Distance Algorithm</source>
-        <translation>Choisir l&apos;algorithme de distance des coupes</translation>
+        <translation>Choisir l&apos;algorithme de distance entre les coupes</translation>
     </message>
     <message>
         <source>There are several ways to determine the slice distance of the Dicom series. Select on which algorithm&apos;s result to rely.</source>
-        <translation>La distance des coupes de la série Dicom peut être déterminée de plusieurs façons. Choisissez l&apos;algorithme dont le résultat doit être retenu.</translation>
+        <translation>La distance entre les coupes de la série Dicom peut être déterminée de plusieurs façons. Choisissez l&apos;algorithme dont le résultat doit être retenu.</translation>
     </message>
     <message>
         <source>Slice Location based algorithm; result: %1 mm</source>
@@ -1303,7 +1303,7 @@ Portable Network Graphics (*.png)</translation>
     <name>SlicedMetricsModel</name>
     <message>
         <source>Sliced metrics cannot be computed for this image.</source>
-        <translation>Les mesures par coupes ne peuvent pas être calculées pour cette image.</translation>
+        <translation>Les mesures par coupe ne peuvent pas être calculées pour cette image.</translation>
     </message>
     <message>
         <source>%L1 mm^2</source>
@@ -1383,7 +1383,7 @@ Portable Network Graphics (*.png)</translation>
     <name>TraceMode</name>
     <message>
         <source>Tracing edges requires a Sliced Contours Fragment to be selected for editing.</source>
-        <translation>Pour tracer des contours, un fragment de contours par coupes doit être sélectionné pour l&apos;édition.</translation>
+        <translation>Pour tracer des contours, un fragment de contours par coupe doit être sélectionné pour l&apos;édition.</translation>
     </message>
     <message>
         <source>%1 mm will be replaced.</source>
@@ -1475,7 +1475,7 @@ Portable Network Graphics (*.png)</translation>
     <message>
         <source>Installiere Sprachunterstützung (Landessprache) ...</source>
         <extracomment>Shown before the translations are there: always in German.</extracomment>
-        <translation>Installation de la langue (locale) ...</translation>
+        <translation>Installation de la langue (langue du système) ...</translation>
     </message>
     <message>
         <source>Lade ...</source>

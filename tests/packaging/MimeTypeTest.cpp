@@ -82,7 +82,7 @@ private slots:
         QLocale::setDefault(QLocale("de_DE"));
         QCOMPARE(type.comment(), QString("Schichtkonturen"));
         QLocale::setDefault(QLocale("fr_FR"));
-        QCOMPARE(type.comment(), QString("contours par coupes"));
+        QCOMPARE(type.comment(), QString("contours par coupe"));
         QLocale::setDefault(QLocale("en_US"));
         QCOMPARE(type.comment(), QString("sliced contours"));
     }

@@ -3,11 +3,27 @@
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QLabel>
+#include <QMap>
 #include <QPushButton>
 #include <QTest>
 #include <QTextBrowser>
 #include <QTextDocument>
+#include <QTranslator>
 #include <QVBoxLayout>
+
+// The names of the languages in a language that sorts them in another order than English.
+class OtherNames : public QTranslator
+{
+public:
+    QString translate(const char *context, const char *source, const char *comment, int) const override
+    {
+        if (qstrcmp(context, "AcknowledgementDialog") != 0 || qstrcmp(comment, "ACK_LANG") != 0)
+            return {};
+        const QMap<QString, QString> names{{"English", "c"}, {"German", "b"}, {"French", "a"}};
+        return names.value(source);
+    }
+    bool isEmpty() const override { return false; }
+};
 
 class AcknowledgementDialogTest : public QObject
 {
@@ -72,6 +88,27 @@ private slots:
         languages->setItemData(1, "xx");
         dialog.showMessage(1);
         QCOMPARE(browser->toPlainText(), QString("language unavailable"));
+    }
+
+    void translatedNamesAreSortedWithTheirLanguages()
+    {
+        OtherNames names;
+        QVERIFY(QCoreApplication::installTranslator(&names));
+        AcknowledgementDialog dialog(nullptr);
+        QCoreApplication::removeTranslator(&names);
+        auto *languages = dialog.findChild<QComboBox *>();
+        const auto *browser = dialog.findChild<QTextBrowser *>();
+        // English stays the chosen one, wherever its name has come to stand.
+        QCOMPARE(languages->currentText(), QString("c"));
+        QVERIFY(browser->toPlainText().startsWith("Segmentation and morphometry"));
+        const char *const expected[][3] = {
+            {"a", "fr", "La segmentation"}, {"b", "de", "Segmentierung"}, {"c", "en", "Segmentation and"}};
+        for (int row = 0; row < 3; ++row) {
+            languages->setCurrentIndex(row);
+            QCOMPARE(languages->itemText(row), QString(expected[row][0]));
+            QCOMPARE(languages->itemData(row).toString(), QString(expected[row][1]));
+            QVERIFY(browser->toPlainText().startsWith(expected[row][2]));
+        }
     }
 
     void okCloses()
