@@ -73,8 +73,10 @@ bool judge(const QString &output, const DemoScript &script, const std::vector<Tr
     return contoursAreGood && measuresAreGood;
 }
 
-int runDemo(const QString &folder, char *program)
+int runDemo(const QString &folder, int argc, char **argv)
 {
+    // The pilot finds menus and buttons by their English texts, and reads numbers with a point.
+    qputenv("LC_ALL", "C.UTF-8");
     const demo::PhantomParameters parameters;
     const QString output = QDir(folder).absolutePath();
     if (!QDir().mkpath(output) || !writePhantom(output, parameters))
@@ -110,10 +112,7 @@ int runDemo(const QString &folder, char *program)
             }
         });
     };
-    // The pilot finds menus and buttons by their English texts, whatever the user's language.
-    char english[] = "--english";
-    char *arguments[] = {program, english, nullptr};
-    runApplication(2, arguments, startPilot);
+    runApplication(argc, argv, startPilot);
     pilot.join();
     if (!finished)
         return 1;
@@ -128,7 +127,7 @@ int main(int argc, char **argv)
     if (argc == 3 && std::string(argv[1]) == "--phantom")
         return writePhantom(QFile::decodeName(argv[2]), demo::PhantomParameters()) ? 0 : 1;
     if (argc == 2)
-        return runDemo(QFile::decodeName(argv[1]), argv[0]);
+        return runDemo(QFile::decodeName(argv[1]), argc, argv);
     std::cerr << "usage: tevora-demo [--phantom] DIR" << std::endl;
     return 2;
 }
