@@ -1,6 +1,7 @@
 #include "serialization/dicom/DicomExport.h"
 
 #include "Common/ImageTypes.h"
+#include "Common/Progress.h"
 #include "serialization/dicom/DicomDictionary.h"
 
 #include <gdcmDataElement.h>
@@ -28,6 +29,10 @@ constexpr const char *exportUid = "1.2.3.4.";
 constexpr const char *manufacturer = "MERV, ORLO";
 constexpr const char *institutionAddress = "Tevora workstation for the segmentation of knee cartilage";
 
+// Shares of the time of an export, each counted from the start.
+constexpr double mirrorShare = 0.1;
+constexpr double writingShare = 0.9;
+
 // Mirrors y and z for as long as it lives.
 class MirroredImage
 {
@@ -35,6 +40,7 @@ public:
     explicit MirroredImage(MERV::Image &mirrored)
         : image(mirrored)
     {
+        const MERV::ProgressStage stage(mirrorShare);
         flip();
     }
     ~MirroredImage() { flip(); }
@@ -236,8 +242,10 @@ bool saveDicomSeries(MERV::Image &image, const std::string &directory)
             std::cout << "Error: Data Type FLOAT not applicable for DICOM export!" << std::endl;
         return false;
     }
+    const MERV::ProgressStage stage(writingShare);
     bool complete = true;
     for (int z = 0; z < image.getDepth(); ++z) {
+        MERV::reportProgress(static_cast<std::uint64_t>(z), static_cast<std::uint64_t>(image.getDepth()));
         if (!writeSlice(image, z, directory)) {
             std::cout << "Error: Could not write DICOM file!" << std::endl;
             complete = false;

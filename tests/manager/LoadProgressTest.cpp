@@ -24,7 +24,10 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <fstream>
 #include <stdexcept>
+#include <sys/stat.h>
+#include <thread>
 
 #include <X11/Xlib.h>
 #include <X11/extensions/XTest.h>
@@ -486,6 +489,43 @@ private slots:
         });
         QCOMPARE(QApplication::exec(), 7);
         QVERIFY(loaded);
+    }
+
+    // The export holds the voxels, which the paint event of a view would wait for; the other windows go on.
+    void export_showsTheFolderAndKeepsTheWindowsPainted()
+    {
+        const std::unique_ptr<MervImageObject> volume(newVolume(4, 4, 3));
+        const QString target = folder->path();
+        // Nobody reads what is written, until the test does.
+        const QByteArray pipe = QFile::encodeName(target + "/slice0001.dcm");
+        QCOMPARE(mkfifo(pipe.constData(), 0600), 0);
+        PaintedWindow window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        stepMs = 200;
+        QString shown;
+        bool repainted = false;
+        std::thread drain;
+        QTimer timer;
+        connect(&timer, &QTimer::timeout, this, [&] {
+            const QList<QProgressDialog *> dialogs = progressDialogs();
+            if (dialogs.isEmpty() || drain.joinable())
+                return;
+            window.setColor(Qt::red);
+            if (window.shownColor() != QColor(Qt::red))
+                return;
+            repainted = true;
+            shown = dialogs[0]->labelText() + ": " + barOf(dialogs[0]);
+            drain = std::thread([&pipe] { std::ifstream(pipe.constData()).ignore(1 << 30); });
+        });
+        timer.start(5);
+        QVERIFY(manager->saveDicomSeries(volume.get(), target));
+        QVERIFY(drain.joinable());
+        drain.join();
+        QVERIFY(repainted);
+        // The tenth behind the mirroring, and a third of the eight tenths that writing takes.
+        QCOMPARE(shown, target + ": 36 in 0 to 100");
+        QVERIFY(QFileInfo::exists(target + "/slice0002.dcm"));
     }
 
     // With a clock that runs by itself: which dialogs come, and what they say, while a folder is counted,
