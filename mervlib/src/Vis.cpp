@@ -40,6 +40,7 @@ enum Offset : std::size_t
     comment = 136
 };
 constexpr std::uint32_t magicNumber = 123456789;
+constexpr double mirrorShare = 0.2; // of the time of writing
 constexpr double rangeShare = 0.85; // of the time that opening a file takes, with the reading before it
 constexpr std::size_t labelSize = 40;
 constexpr std::size_t commentSize = 200;
@@ -85,17 +86,25 @@ Header headerOf(const detail::ImageShape &shape, const char *labelText, const ch
     return header;
 }
 
-void writeSlices(std::ostream &stream, const Image &image, int channel)
+std::unique_ptr<Image> mirroredCopy(const Image &image)
 {
-    const std::unique_ptr<Image> copy(image.clone());
+    const ProgressStage stage(mirrorShare);
+    std::unique_ptr<Image> copy(image.clone());
     copy->setWindowRange(image.getLow(0), image.getHigh(0), 0);
     copy->mirror(false, true, false, false, false);
+    return copy;
+}
+
+void writeSlices(std::ostream &stream, const Image &image, int channel)
+{
+    const std::unique_ptr<Image> copy = mirroredCopy(image);
     const std::size_t size =
         static_cast<std::size_t>(image.getWidth()) * static_cast<std::size_t>(image.getHeight());
     std::vector<unsigned char> slice(size);
     for (int z = 0; z < image.getDepth() && stream; ++z) {
         copy->getSliceUByte(slice.data(), z, channel, false);
         stream.write(reinterpret_cast<const char *>(slice.data()), static_cast<std::streamsize>(size));
+        reportProgress(static_cast<std::uint64_t>(z) + 1, static_cast<std::uint64_t>(image.getDepth()));
     }
 }
 

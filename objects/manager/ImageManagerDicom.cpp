@@ -13,11 +13,7 @@
 #include <QApplication>
 #include <QDir>
 
-#include <atomic>
-#include <chrono>
 #include <exception>
-#include <functional>
-#include <future>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -101,35 +97,6 @@ std::vector<std::unique_ptr<MervImageObject>> readAllSeries(const QString &direc
             std::cout << "Could not load series #" << i << "in" << path << std::endl;
     }
     return objects;
-}
-
-// Passes the progress of one thread on to another one.
-class ProgressRelay : public MERV::ProgressListener
-{
-public:
-    explicit ProgressRelay(std::atomic<double> &fraction)
-        : reached(fraction)
-    {}
-    void progressed(double fraction) override { reached = fraction; }
-
-private:
-    std::atomic<double> &reached;
-};
-
-// Runs `work` in a thread of its own and reports its progress in this one, until it is done: for work that
-// holds a lock that painting takes.
-bool runApart(const std::function<bool()> &work)
-{
-    constexpr std::chrono::milliseconds pollInterval(20);
-    constexpr double parts = 1000;
-    std::atomic<double> reached{0.0};
-    std::future<bool> result = std::async(std::launch::async, [&] {
-        const ProgressRelay relay(reached);
-        return work();
-    });
-    while (result.wait_for(pollInterval) != std::future_status::ready)
-        MERV::reportProgress(static_cast<std::uint64_t>(parts * reached), static_cast<std::uint64_t>(parts));
-    return result.get();
 }
 
 // Row of the answer; nothing when the user cancels.
@@ -248,7 +215,7 @@ bool ImageManager::saveDicomSeries(MervImageObject *image, const QString &direct
     emit aboutToWrite();
     const LoadProgress progress(QDir::toNativeSeparators(directory));
     return withoutException([&] {
-        return runApart([&] {
+        return LoadProgress::runApart([&] {
             const auto lock = image->lockVoxels(); // no worker writes them meanwhile
             return dicom::saveDicomSeries(*image->voxels(), narrowPath(directory));
         });

@@ -1,7 +1,8 @@
 #include "objects/manager/ImageManager.h"
 
-#include "objects/ImageObject.h"
+#include "objects/MervImageObject.h"
 #include "objects/manager/FileFilters.h"
+#include "objects/manager/LoadProgress.h"
 #include "objects/manager/MessageBoxes.h"
 #include "objects/manager/MetricsText.h"
 #include "serialization/framework/FileSystemImageObjectSerializer.h"
@@ -16,6 +17,7 @@
 #include <exception>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iostream>
 #include <iterator>
 
@@ -71,6 +73,16 @@ bool keepContours(const QString &path)
                   << qPrintable(copy) << std::endl;
     }
     return !copy.isEmpty();
+}
+
+// Runs a serializer. Volumes, which may be large and are locked meanwhile, are written in a thread of their
+// own.
+bool serialize(ImageObject *image, const QString &path, const std::function<bool()> &write)
+{
+    if (dynamic_cast<MervImageObject *>(image) == nullptr)
+        return write();
+    const LoadProgress progress(QDir::toNativeSeparators(path));
+    return LoadProgress::runApart(write);
 }
 
 void setCurrentDirectoryOf(const QString &path)
@@ -147,12 +159,13 @@ ImageManager::Written ImageManager::write(AbstractImageObjectSerializer *seriali
             std::ofstream stream(QFileInfo(path).filesystemFilePath(), std::ios::binary | std::ios::trunc);
             if (!stream.is_open() || stream.fail())
                 return Written::NotOpened;
-            const bool written = toStream->serialize(image, stream);
+            const bool written = serialize(image, path, [&] { return toStream->serialize(image, stream); });
             stream.close(); // what is still in the buffer may not fit
             return written && !stream.fail() ? Written::Stream : Written::Failed;
         }
         auto *toFiles = dynamic_cast<FileSystemImageObjectSerializer *>(serializer);
-        const bool written = toFiles != nullptr && toFiles->serialize(image, path.toStdWString().c_str());
+        const auto writeFiles = [&] { return toFiles->serialize(image, path.toStdWString().c_str()); };
+        const bool written = toFiles != nullptr && serialize(image, path, writeFiles);
         return written ? Written::FileSystem : Written::Failed;
     } catch (const std::exception &exception) {
         std::cerr << exception.what() << std::endl;

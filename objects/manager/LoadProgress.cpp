@@ -10,7 +10,9 @@
 #include <QProgressDialog>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
+#include <future>
 
 namespace {
 
@@ -28,6 +30,19 @@ qint64 steadyMs()
 }
 
 LoadProgress::Clock clockMs = steadyMs;
+
+// Passes the progress of one thread on to another one.
+class ProgressRelay : public MERV::ProgressListener
+{
+public:
+    explicit ProgressRelay(std::atomic<double> &fraction)
+        : reached(fraction)
+    {}
+    void progressed(double fraction) override { reached = fraction; }
+
+private:
+    std::atomic<double> &reached;
+};
 
 // The dialog of the command that loads, if it has one.
 QProgressDialog *dialogOfCommand()
@@ -158,6 +173,20 @@ LoadProgress::~LoadProgress() = default;
 bool LoadProgress::isActive()
 {
     return Display::current != nullptr;
+}
+
+bool LoadProgress::runApart(const std::function<bool()> &work)
+{
+    constexpr std::chrono::milliseconds pollInterval(20);
+    constexpr double parts = 1000;
+    std::atomic<double> reached{0.0};
+    std::future<bool> result = std::async(std::launch::async, [&] {
+        const ProgressRelay relay(reached);
+        return work();
+    });
+    while (result.wait_for(pollInterval) != std::future_status::ready)
+        MERV::reportProgress(static_cast<std::uint64_t>(parts * reached), static_cast<std::uint64_t>(parts));
+    return result.get();
 }
 
 void LoadProgress::setClock(Clock newClock)

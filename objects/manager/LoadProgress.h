@@ -2,14 +2,15 @@
 
 #include <QtGlobal>
 
+#include <functional>
 #include <memory>
 
 class QString;
 
-// Keeps the windows painted while something is loaded, and shows how far it has come, as soon as a second has
-// passed: in the progress dialog that the command has put up itself, whose present step it divides, or else
-// in a dialog of its own with the name of what is being loaded. Loads of less than a second show nothing and
-// handle no events.
+// Keeps the windows painted while something is loaded or saved, and shows how far it has come, as soon as a
+// second has passed: in the progress dialog that the command has put up itself, whose present step it
+// divides, or else in a dialog of its own with the name of what is being loaded. Loads of less than a second
+// show nothing and handle no events.
 //
 // A variable of the function that loads, on the main thread; what is loaded reports by
 // MERV::reportProgress(). One that is made during the life of another one only changes the name that is
@@ -29,6 +30,10 @@ public:
 
     // Whether something is being loaded: nothing else may be loaded meanwhile.
     static bool isActive();
+    // Runs `work` in a thread of its own, reports its progress in this one and returns its answer; an
+    // exception passes through. For work that holds a lock that painting takes. It may read objects of this
+    // thread.
+    static bool runApart(const std::function<bool()> &work);
     // Takes the time from another clock; null: from the real one. For tests.
     static void setClock(Clock newClock);
 

@@ -318,16 +318,16 @@ TEST(VisSerializer, questionForTheVoxelSizeIsAPauseBetweenReadingAndPictures)
         void paused() override { text += "("; }
         void resumed() override { text += ")"; }
         std::string text;
-    } course;
+    };
     const auto volume = newObject(newVolume(MERV::TypeUChar, {4, 3, 2}, [](int, int, int) { return 1; }));
     std::stringstream stream;
     VisSerializer writer;
     ASSERT_TRUE(writer.serialize(volume.get(), stream));
+    Course course;
     VisUnserializer reader([&](const auto &) {
         course.text += "?";
         return std::optional(std::array<float, 3>{1.0f, 1.0f, 1.0f});
     });
-    course.text.clear();
     const std::unique_ptr<ImageObject> object(reader.unserialize(stream));
     ASSERT_NE(object, nullptr);
     const std::size_t question = course.text.find("(?)pp"); // two slices

@@ -24,6 +24,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <atomic>
 #include <fstream>
 #include <stdexcept>
 #include <sys/stat.h>
@@ -505,7 +506,7 @@ private slots:
         stepMs = 200;
         QString shown;
         bool repainted = false;
-        std::thread drain;
+        std::jthread drain;
         QTimer timer;
         connect(&timer, &QTimer::timeout, this, [&] {
             const QList<QProgressDialog *> dialogs = progressDialogs();
@@ -516,7 +517,8 @@ private slots:
                 return;
             repainted = true;
             shown = dialogs[0]->labelText() + ": " + barOf(dialogs[0]);
-            drain = std::thread([&pipe] { std::ifstream(pipe.constData()).ignore(1 << 30); });
+            drain = std::jthread([&pipe] { std::ifstream(pipe.constData()).ignore(1 << 30); });
+            volume->displaySlice(0); // waits for the end, as painting would
         });
         timer.start(5);
         QVERIFY(manager->saveDicomSeries(volume.get(), target));
@@ -526,6 +528,65 @@ private slots:
         // The tenth behind the mirroring, and a third of the eight tenths that writing takes.
         QCOMPARE(shown, target + ": 36 in 0 to 100");
         QVERIFY(QFileInfo::exists(target + "/slice0002.dcm"));
+    }
+
+    // Volumes are written apart; everything else, which other objects may belong to, in this thread.
+    void save_ofAVolumeShowsTheFile_data()
+    {
+        QTest::addColumn<bool>("isVolume");
+        QTest::newRow("volume") << true;
+        QTest::newRow("other") << false;
+    }
+    void save_ofAVolumeShowsTheFile()
+    {
+        QFETCH(bool, isVolume);
+        const std::unique_ptr<ImageObject> image(isVolume ? static_cast<ImageObject *>(newVolume(4, 4, 3))
+                                                          : new FakeImage);
+        stepMs = 200;
+        std::atomic<bool> written{false};
+        QStringList shown;
+        QTimer timer;
+        connect(&timer, &QTimer::timeout, this, [&] {
+            for (const QProgressDialog *dialog : progressDialogs())
+                shown << dialog->labelText() + ": " + barOf(dialog);
+            written = !shown.isEmpty();
+        });
+        timer.start(5);
+        FakeFileWriter writer("writer", "application/x", "x");
+        writer.write = [&](ImageObject *, const QString &) {
+            if ((QThread::currentThread() != thread()) != isVolume)
+                return false;
+            while (isVolume && !written) {
+                MERV::reportProgress(3, 4);
+                QThread::msleep(1);
+            }
+            return true;
+        };
+        manager->addSerializer(&writer);
+        const QString path = folder->filePath("saved.x");
+        DialogDriver driver;
+        driver.expectFileDialog("Save Image as", path);
+        QVERIFY(manager->saveImage(image.get()));
+        QVERIFY2(driver.verify(), driver.report());
+        QCOMPARE(shown.isEmpty(), !isVolume);
+        if (isVolume)
+            QCOMPARE(shown.last(), path + ": 75 in 0 to 100");
+    }
+
+    void save_thatThrowsInItsThread_fails()
+    {
+        const std::unique_ptr<MervImageObject> image(newVolume(4, 4, 3));
+        FakeFileWriter writer("writer", "application/x", "x");
+        writer.write = [](ImageObject *, const QString &) -> bool { throw std::runtime_error("no place"); };
+        manager->addSerializer(&writer);
+        DialogDriver driver;
+        driver.expectFileDialog("Save Image as", folder->filePath("saved.x"));
+        driver.expect<QMessageBox>(
+            "failure", [&](QMessageBox *box) { driver.click(box, box->button(QMessageBox::Abort)); });
+        const CapturedOutput output;
+        QVERIFY(!manager->saveImage(image.get()));
+        QVERIFY2(driver.verify(), driver.report());
+        QCOMPARE(output.standardError(), QString("no place\n"));
     }
 
     // With a clock that runs by itself: which dialogs come, and what they say, while a folder is counted,

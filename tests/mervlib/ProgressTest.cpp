@@ -32,7 +32,7 @@ public:
     bool isCourse(std::size_t reports) const
     {
         return fractions.size() >= reports && std::is_sorted(fractions.begin(), fractions.end()) &&
-               fractions.front() > 0.0 && fractions.back() > 0.8 && fractions.back() <= 1.0;
+               fractions.front() >= 0.0 && fractions.back() > 0.8 && fractions.back() <= 1.0;
     }
 
     std::vector<double> fractions;
@@ -173,6 +173,22 @@ TEST(Progress, readersOfVolumesTellTheirCourse)
         EXPECT_TRUE(read);
         EXPECT_TRUE(listener.isCourse(8));
     }
+}
+
+TEST(Progress, writersOfVolumesTellTheirCourse)
+{
+    const TempFolder folder;
+    MERV::ImageBase<unsigned short> image;
+    fill(image);
+    {
+        const Recorder listener;
+        EXPECT_EQ(MERV::saveMetaImage((folder / "a").c_str(), &image), 0);
+        EXPECT_THAT(listener.fractions, ElementsAre(0.125, 0.25, 0.375, 0.5, 0.625, 0.75, 0.875, 1.0));
+    }
+    std::ostringstream stream;
+    const Recorder listener;
+    EXPECT_TRUE(MERV::saveVis(stream, &image, "", nullptr, 0));
+    EXPECT_TRUE(listener.isCourse(256)); // each slice at least
 }
 
 TEST(Progress, loadingOfABlockTellsEachPiece)

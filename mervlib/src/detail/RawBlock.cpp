@@ -12,6 +12,13 @@
 
 namespace MERV::detail {
 
+namespace {
+
+// Between two reports on the progress.
+constexpr std::size_t pieceBytes = std::size_t(4) << 20U;
+
+} // namespace
+
 bool ImageShape::isPositive() const
 {
     return width > 0 && height > 0 && depth > 0 && frames > 0 && channels > 0;
@@ -78,7 +85,6 @@ bool readExactly(std::istream &stream, std::span<unsigned char> bytes)
 
 bool readVoxels(std::istream &stream, std::span<std::byte> bytes)
 {
-    constexpr std::size_t pieceBytes = std::size_t(4) << 20U;
     for (std::size_t done = 0; done < bytes.size();) {
         const std::span<std::byte> piece = bytes.subspan(done, std::min(pieceBytes, bytes.size() - done));
         if (!stream.read(reinterpret_cast<char *>(piece.data()), static_cast<std::streamsize>(piece.size())))
@@ -143,7 +149,14 @@ int writeBlock(std::ostream &stream, std::span<const std::byte> block, std::size
         report("Warning: could not save image data!");
         return 1;
     }
-    stream.write(reinterpret_cast<const char *>(block.data()), static_cast<std::streamsize>(block.size()));
+    for (std::size_t done = 0; stream && done < block.size();) {
+        const std::span<const std::byte> piece =
+            block.subspan(done, std::min(pieceBytes, block.size() - done));
+        stream.write(reinterpret_cast<const char *>(piece.data()),
+                     static_cast<std::streamsize>(piece.size()));
+        done += piece.size();
+        reportProgress(done, block.size());
+    }
     if (!stream.flush()) {
         report("Warning: writing error ocurred.\n", "sizeof(tvoxel_type): ", valueSize);
         return 1;
