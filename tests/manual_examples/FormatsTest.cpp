@@ -27,6 +27,7 @@
 #include "tests/support/ManualText.h"
 #include "tests/support/TestVolume.h"
 
+#include <QDir>
 #include <QLocale>
 #include <QProcess>
 #include <QStandardPaths>
@@ -176,6 +177,23 @@ TEST(MetaImageExample, isWhatTheSerializerWrites)
     ASSERT_NE(again, nullptr);
     EXPECT_EQ(again->voxels()->getMetaData("EchoTime"), " 6");
     EXPECT_EQ(again->voxels()->getPosition()[0], -40.5f);
+}
+
+// Another ending stays a part of the name.
+TEST(EndingsOfNames, areAddedByMetaImageAndAnalyze)
+{
+    const QTemporaryDir folder;
+    MervImageObject volume(newVolume(MERV::TypeUChar, {4, 2, 2, 1, 1}).release(), "mask", nullptr);
+    const auto save = [&](FileSystemImageObjectSerializer &&writer, const char *name) {
+        EXPECT_TRUE(writer.serialize(&volume, folder.filePath(name).toStdWString().c_str())) << name;
+    };
+    save(MhdSerializer(), "a");
+    save(MhdSerializer(), "b.vis");
+    save(MhdSerializer(), "c.MHD");
+    save(AnalyzeSerializer(), "d.vis");
+    save(AnalyzeSerializer(), "e.hdr");
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files, QDir::Name).join(' ').toStdString(),
+              "a.mhd a.raw b.vis.mhd b.vis.raw c.mhd c.raw d.vis.hdr d.vis.img e.hdr e.img");
 }
 
 TEST(TextExamples, contoursAreWhatTheSerializerWrites)
