@@ -9,28 +9,16 @@
 #include "resources/Resources.h"
 #include "view/GraphicsPod.h"
 
-#include <QGuiApplication>
-
 #include <algorithm>
 #include <iostream>
 #include <limits>
 #include <memory>
 #include <utility>
 
-namespace {
-
-// For the sharpest of the screens; the others get it smaller.
-QPixmap treeIcon(const QString &fileName)
-{
-    return Resources::picture(Resources::icon(fileName), qGuiApp->devicePixelRatio());
-}
-
-} // namespace
-
 ImageComposition::ImageComposition(QObject *parent)
     : QAbstractItemModel(parent)
-    , imageIcon(treeIcon("pixmapimage.png"))
-    , fragmentIcon(treeIcon("slicedcontoursfragment.png"))
+    , imageIcon(Resources::icon(QStringLiteral("pixmapimage.png")))
+    , fragmentIcon(Resources::icon(QStringLiteral("slicedcontoursfragment.png")))
 {}
 
 ImageComposition::~ImageComposition() = default;

@@ -156,6 +156,7 @@ private:
     bool storeColor(const QModelIndex &index, const QColor &color);
     bool editNext(GraphicsObject *next);
 
+    // In logical pixels: the delegate of the tree lays pictures out by their pixels, whatever their ratio.
     QPixmap imageIcon;
     QPixmap fragmentIcon;
     QList<GraphicsPod *> pods; // one per top-level row

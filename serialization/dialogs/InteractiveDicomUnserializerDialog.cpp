@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QScreen>
 #include <QSet>
 #include <QTabWidget>
 #include <QTreeWidget>
@@ -70,7 +71,7 @@ InteractiveDicomUnserializerDialog::InteractiveDicomUnserializerDialog(QWidget *
     , filterTree(new QTreeWidget)
 {
     setWindowTitle(tr("Load Dicom series"));
-    resize(800, 600);
+    resize(QSize(800, 600).boundedTo(screen()->availableSize() * 0.9)); // with its frame
     tabs->addTab(makeFilesPage(), tr("Files"));
     tabs->addTab(makeFiltersPage(), tr("Filters and Axes"));
     tabs->addTab(plainLabel(tr("not yet implemented")), tr("not yet implemented"));
