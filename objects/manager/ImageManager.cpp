@@ -15,6 +15,7 @@
 namespace {
 
 constexpr int saveDirectoryIntervalMs = 10000;
+constexpr const char *directoryKey = "ImageManager/CurrentDirectory";
 
 } // namespace
 
@@ -50,7 +51,7 @@ ImageManager::~ImageManager()
 void ImageManager::restoreCurrentDirectory()
 {
     // The array "Files" is a record of the last run and nothing more: no image is loaded again.
-    const QString directory = QSettings().value("ImageManager/CurrentDirectory").toString();
+    const QString directory = QSettings().value(directoryKey).toString();
     if (!directory.isEmpty() && QDir(directory).exists())
         QDir::setCurrent(directory);
 }
@@ -59,8 +60,10 @@ void ImageManager::saveCurrentDirectory()
 {
     // Empty when the directory was deleted under the process.
     const QString directory = QDir::currentPath();
-    if (!directory.isEmpty())
-        QSettings().setValue("ImageManager/CurrentDirectory", directory);
+    QSettings settings;
+    // Writing waits for the disk: not every ten seconds for what is there already.
+    if (!directory.isEmpty() && settings.value(directoryKey) != directory)
+        settings.setValue(directoryKey, directory);
 }
 
 void ImageManager::timerEvent(QTimerEvent *)

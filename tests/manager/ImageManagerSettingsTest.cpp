@@ -9,6 +9,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <chrono>
+#include <filesystem>
+
 class ImageManagerSettingsTest : public QObject
 {
     Q_OBJECT
@@ -131,6 +134,22 @@ private slots:
         QVERIFY(QDir(folder.path()).rmdir("doomed"));
         manager.saveCurrentDirectory();
         QCOMPARE(QSettings().value("ImageManager/CurrentDirectory").toString(), QString("/former"));
+    }
+
+    void directoryThatIsStored_isNotWrittenAgain()
+    {
+        ImageManager manager(nullptr);
+        manager.saveCurrentDirectory();
+        const std::filesystem::path file(QSettings().fileName().toStdString());
+        const auto longAgo = std::filesystem::last_write_time(file) - std::chrono::hours(1);
+        std::filesystem::last_write_time(file, longAgo);
+        manager.saveCurrentDirectory();
+        QCOMPARE(std::filesystem::last_write_time(file).time_since_epoch().count(),
+                 longAgo.time_since_epoch().count());
+        QVERIFY(QDir(folder.path()).mkpath("elsewhere"));
+        QDir::setCurrent(folder.filePath("elsewhere"));
+        manager.saveCurrentDirectory();
+        QVERIFY(std::filesystem::last_write_time(file) > longAgo);
     }
 
     void timer_storesTheCurrentDirectoryEveryTenSeconds()
