@@ -78,6 +78,7 @@ private slots:
     void guessNextToOneVertexOfTheGuide_isFinite();
     void guess_extendsTheSegmentAtItsStart();
     void guessWhereNoEdgesAre_saysSo();
+    void guess_paintsOnce();
     void guessStart_survivesOtherModes();
     void erase_needsShiftAndAFragment();
     void erase_deletesSegmentsUnderTheCursor();
@@ -595,6 +596,23 @@ void ViewContourEventsTest::guessWhereNoEdgesAre_saysSo()
     QVERIFY2(driver.verify(), driver.report());
     QCOMPARE(scene->bone->segmentCount(), 0);
     QVERIFY(!scene->state().guessStartSet);
+}
+
+void ViewContourEventsTest::guess_paintsOnce()
+{
+    scene->composition->addImageObject(scene->contours.get()); // two rows tell of each change
+    scene->view->setInteractBaseModeGuess();
+    moveTo(20.5, 8.5);
+    hand->click(Qt::LeftButton);
+    moveTo(19.5, 30.5);
+    QTRY_VERIFY(!scene->state().repaintPending);
+    int paints = 0;
+    const QObject counter; // ends the connection before paints goes
+    connect(scene->view, &QOpenGLWidget::aboutToCompose, &counter, [&] { ++paints; });
+    hand->press(Qt::RightButton);
+    QCOMPARE(scene->bone->segmentCount(), 1);
+    QCOMPARE(paints, 1);
+    hand->release(Qt::RightButton);
 }
 
 void ViewContourEventsTest::guessStart_survivesOtherModes()

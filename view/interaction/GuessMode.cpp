@@ -5,6 +5,7 @@
 #include "contours/SlicedContoursSegment.h"
 #include "view/ImageComposition.h"
 #include "view/QStackedSliceView.h"
+#include "view/RepaintCollector.h"
 #include "view/interaction/GuessPath.h"
 #include "view/interaction/SegmentSearch.h"
 #include "view/interaction/ToolMessages.h"
@@ -84,17 +85,25 @@ void GuessMode::guess(SlicedContoursFragment &fragment)
         guide != nullptr ? guide->snapshot().points : std::vector<QPointF>();
     const QList<Vector3> path = guessPath(start, end, guidePoints);
 
+    state.guessStartSet = false;
+    if (!draw(fragment, path))
+        ToolMessages::inform(&view, tr("Unable to guess a segment."));
+}
+
+// Into the anchor, else into a new line at the start of the path. False, and no line, if there is no way.
+bool GuessMode::draw(SlicedContoursFragment &fragment, const QList<Vector3> &path)
+{
+    const RepaintCollector repaint(view);
     SlicedContoursSegment *target = state.anchorSegment;
     state.anchorSegment = nullptr;
     if (target == nullptr)
-        target = fragment.newSegment({start.x, start.y}, static_cast<float>(start.z));
+        target = fragment.newSegment({path.first().x, path.first().y}, static_cast<float>(path.first().z));
     target->beginUpdates();
-    guessSegment(target, path, &composition);
-    state.guessStartSet = false;
-    if (target->pointCount() < 2) {
-        delete target;
-        ToolMessages::inform(&view, tr("Unable to guess a segment."));
-    } else {
+    guessSegment(target, path, view.imageComposition());
+    const bool guessed = target->pointCount() >= 2;
+    if (guessed)
         target->endUpdates();
-    }
+    else
+        delete target;
+    return guessed;
 }

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "objects/Vector3.h"
 #include "view/interaction/InteractionMode.h"
 
 #include <QCoreApplication>
+#include <QList>
 
 class SlicedContoursFragment;
 
@@ -19,4 +21,5 @@ public:
 
 private:
     void guess(SlicedContoursFragment &fragment);
+    bool draw(SlicedContoursFragment &fragment, const QList<Vector3> &path);
 };
