@@ -1,6 +1,20 @@
 #include "platform/WorkerThread.h"
 
+#include <unistd.h>
+
 #include <utility>
+
+namespace {
+
+constexpr int niceness = 10;
+
+// For the calling thread, and those that it starts: so it is on Linux.
+void giveWay()
+{
+    [[maybe_unused]] const int now = ::nice(niceness); // a system that refuses does no harm
+}
+
+} // namespace
 
 WorkerThread::WorkerThread(std::function<void()> newWork)
     : work(std::move(newWork))
@@ -14,6 +28,7 @@ WorkerThread::~WorkerThread()
 void WorkerThread::run()
 {
     const std::lock_guard lock(running);
+    giveWay();
     work();
 }
 

@@ -6,7 +6,8 @@
 #include <mutex>
 
 // A thread that runs one function, for objects that own a worker. The function polls the owner's flags and
-// returns when it is told to stop; there is no event loop. Started and joined by the owner; the owner must
+// returns when it is told to stop; there is no event loop. It gives way to the thread of the windows (and to
+// other programs) where the cores do not suffice for all. Started and joined by the owner; the owner must
 // join before it takes away what the function uses.
 class WorkerThread : public QThread
 {
