@@ -72,6 +72,13 @@ std::optional<Generation> parse(const QString &name)
     return generation;
 }
 
+bool isHalf(const QString &name)
+{
+    static const QRegularExpression ending(R"(\.[A-Za-z0-9]{6}$)"); // of the toolkit's temporary files
+    const QRegularExpressionMatch match = ending.match(name);
+    return match.hasMatch() && parse(name.left(match.capturedStart())).has_value();
+}
+
 QString savedMark(int object)
 {
     return QString::number(object) + ".saved";

@@ -24,6 +24,9 @@ QString name(const Generation &generation);
 // Nothing for a file that is not a generation.
 std::optional<Generation> parse(const QString &name);
 
+// Whether a generation was being written under this name, and was not finished: its own name comes later.
+bool isHalf(const QString &name);
+
 // "OBJECT.saved": the last state of the object is in a file of the user's.
 QString savedMark(int object);
 // Nothing for any other name.

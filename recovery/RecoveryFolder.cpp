@@ -26,7 +26,7 @@ struct SessionContent
     };
     std::map<int, std::vector<File>> generations; // in order of time
     std::set<int> saved;
-    QStringList others; // but the lock
+    QStringList halves; // files that the end of the session has left unfinished
 };
 
 SessionContent read(const QString &session)
@@ -38,8 +38,8 @@ SessionContent read(const QString &session)
             content.generations[generation->object].push_back({file.filePath(), generation->time});
         else if (const auto object = RecoveryFiles::parseSavedMark(name))
             content.saved.insert(*object);
-        else if (name != lockName)
-            content.others.append(file.filePath());
+        else if (RecoveryFiles::isHalf(name))
+            content.halves.append(file.filePath());
     }
     for (auto &[object, files] : content.generations)
         std::sort(files.begin(), files.end(), [](const auto &a, const auto &b) { return a.time < b.time; });
@@ -49,7 +49,7 @@ SessionContent read(const QString &session)
 void removeOld(const QString &session, const QDateTime &limit)
 {
     const SessionContent content = read(session);
-    for (const QString &half : content.others)
+    for (const QString &half : content.halves)
         QFile::remove(half);
     for (const auto &[object, files] : content.generations) {
         const bool saved = content.saved.count(object) != 0;

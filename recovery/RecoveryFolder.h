@@ -27,7 +27,8 @@ public:
     // session that has not ended cleanly. Each session is told once.
     QStringList takeUncleanEnds() const;
     // Removes what is older than 30 days, but for the last generation of contours that no file of the user's
-    // holds, and half files that an unclean end left. Leaves running sessions alone.
+    // holds, and half files that an unclean end left. Leaves running sessions alone, and files of other
+    // names: whoever opens a generation is offered its folder for saving.
     void removeOutdated(const QDateTime &now) const;
 
 private:

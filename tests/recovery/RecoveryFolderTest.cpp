@@ -140,6 +140,20 @@ TEST_F(RecoveryFolderTest, halfFiles_goWhenTheirSessionHasEnded)
     EXPECT_EQ(files("running").size(), 2);
 }
 
+// The file dialogs go on in the folder of a generation that was opened.
+TEST_F(RecoveryFolderTest, filesThatTheUserSavedThere_stay)
+{
+    const QStringList own{"1.saved.slic", "knee.slic", "knee.txt", "knee_1.backup", "mask.mhd"};
+    for (const QString &name : own)
+        addFile("old", name);
+    addGeneration("old", 1, now.addDays(-40));
+    addFile("old", "1.saved");
+    folder.removeOutdated(now);
+    EXPECT_EQ(files("old"), own);
+    folder.removeOutdated(now.addDays(400));
+    EXPECT_EQ(files("old"), own);
+}
+
 TEST_F(RecoveryFolderTest, emptySessions_goAfter30Days)
 {
     QDir(root.path()).mkpath("empty");
