@@ -42,7 +42,8 @@ public:
 
 public slots:
     void resetView();
-    // Asks for a file and saves the picture of the view: as JPEG for a name ending in ".jpg", else as PNG.
+    // Asks for a file and saves the picture of the view, in the pixels of the screen: as JPEG for a name
+    // ending in ".jpg", else as PNG.
     void saveScreenshot();
     void updateCoordinates();
 
