@@ -8,6 +8,7 @@
 #include <fstream>
 #include <iostream>
 #include <string>
+#include <string_view>
 
 // What the readers report goes nowhere: call once from LLVMFuzzerInitialize.
 inline void silenceReaders()
@@ -15,6 +16,9 @@ inline void silenceReaders()
     std::cout.rdbuf(nullptr);
     std::cerr.rdbuf(nullptr);
 }
+
+// What stands between the files of an input that is a folder.
+constexpr std::string_view nextFile = "TEVORA-NEXT-FILE";
 
 inline std::string textOf(const std::uint8_t *data, std::size_t size)
 {

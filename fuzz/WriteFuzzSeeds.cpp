@@ -3,7 +3,10 @@
 #include "Common/MetaImage.h"
 #include "Common/Prs.h"
 #include "Common/Vis.h"
+#include "fuzz/FuzzInput.h"
+#include "tests/endurance/EditSource.h"
 #include "tests/formats/SlicBytes.h"
+#include "tests/support/DicomFileBuilder.h"
 
 #include <cstdint>
 #include <cstring>
@@ -172,6 +175,73 @@ void writeBitmaps(const std::filesystem::path &parent)
     }
 }
 
+void writeMicroPet(const std::filesystem::path &parent)
+{
+    std::string lines;
+    for (int i = 0; i < 124; ++i)
+        lines += "key_" + std::to_string(i) + (i % 2 == 0 ? " 1\n" : " 2\r\n");
+    SeedFolder(parent, "FuzzMicroPet").add(lines);
+}
+
+// A slice of each plain encoding, and one in a run-length frame: two segments (high and low bytes) of one
+// replicate run each (PS3.5, annex G).
+std::vector<std::string> dicomFiles()
+{
+    using Encoding = DicomFileBuilder::Encoding;
+    std::vector<std::string> files;
+    for (const Encoding encoding :
+         {Encoding::explicitLittle, Encoding::implicitLittle, Encoding::explicitBig})
+        files.push_back(dicomSlice(3, 2, {1, 2, 3, 4, 5, 6}, 4.0, encoding).bytes());
+    DicomFileBuilder runLength = dicomSlice(3, 2, {}, 4.0);
+    runLength.syntax("1.2.840.10008.1.2.5");
+    std::string frame = runLength.number(2, 4) + runLength.number(64, 4) + runLength.number(66, 4);
+    frame.resize(64);
+    frame += std::string("\xFB\1\xFB\7", 4);
+    const std::string item("\xFE\xFF\0\xE0", 4);
+    runLength.raw(0x7FE00010, "OB",
+                  std::string(4, '\xFF') + item + std::string(4, '\0') + item +
+                      runLength.number(frame.size(), 4) + frame + std::string("\xFE\xFF\xDD\xE0\0\0\0\0", 8));
+    files.push_back(runLength.bytes());
+    return files;
+}
+
+void writeDicom(const std::filesystem::path &parent)
+{
+    for (const char *target : {"FuzzDicom", "FuzzDcm"}) {
+        SeedFolder seeds(parent, target);
+        for (const std::string &file : dicomFiles())
+            seeds.add(file);
+    }
+    SeedFolder series(parent, "FuzzDicomSeries");
+    std::string stack;
+    for (const double z : {8.0, 4.0, 12.0})
+        stack += dicomSlice(3, 2, {1, 2, 3, 4, 5, 6}, z).bytes() + std::string(nextFile);
+    series.add(stack);
+    series.add(stack + dicomFiles().back());
+}
+
+void writeAdapters(const std::filesystem::path &parent)
+{
+    SeedFolder seeds(parent, "FuzzAdapters");
+    char format = 0;
+    for (const char *target : {"FuzzMetaImage", "FuzzBitmap", "FuzzAnalyze"}) {
+        for (const char *seed : {"seed1", "seed3"})
+            seeds.add(format + contentOf(parent / target / seed));
+        ++format;
+    }
+}
+
+void writeEdits(const std::filesystem::path &parent)
+{
+    constexpr std::size_t bytes = 700;
+    SeedFolder seeds(parent, "FuzzEdits");
+    for (unsigned seed = 0; seed < 6; ++seed) {
+        std::vector<std::uint8_t> script = randomBytes(seed, bytes);
+        script[0] = seed == 0 ? 0 : 1; // with workers or without
+        seeds.add(std::string(script.begin(), script.end()));
+    }
+}
+
 void writeRawBlocks(const std::filesystem::path &parent)
 {
     SeedFolder seeds(parent, "FuzzRawBlock");
@@ -200,5 +270,9 @@ int main(int count, char **arguments)
     writeRaw12Bit(folder);
     writeBitmaps(folder);
     writeRawBlocks(folder);
+    writeMicroPet(folder);
+    writeDicom(folder);
+    writeAdapters(folder);
+    writeEdits(folder);
     return 0;
 }

@@ -27,6 +27,7 @@ bool ImageComposition::addImageObject(ImageObject *object)
 {
     if (object == nullptr)
         return false;
+    emit layoutAboutToBeChanged();
     const qsizetype before = pods.size();
     if (auto *image = qobject_cast<MervImageObject *>(object)) {
         const int components = image->voxels() != nullptr ? image->voxels()->getChannels() : 0;

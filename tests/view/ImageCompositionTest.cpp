@@ -156,6 +156,7 @@ private slots:
     void renderCalls_handOnTheAdvisorAndRestoreIt();
     void renderCalls_areHandedOnInTheColorOfThePod();
     void addedObject_isAnnouncedOncePerRow();
+    void addedObject_isAnnouncedBeforeAndAfter();
     void hiddenPod_drawsNothing();
     void updated_isForwardedOncePerObject();
     void updatedOfAColoring_comesFromItsSources();
@@ -852,6 +853,21 @@ void ImageCompositionTest::addedObject_isAnnouncedOncePerRow()
     QVERIFY(composition.addImageObject(vectors.get()));
     QCOMPARE(announced,
              (QStringList{"added 1", "updated", "added 2", "updated", "added 3", "updated", "layout"}));
+}
+
+void ImageCompositionTest::addedObject_isAnnouncedBeforeAndAfter()
+{
+    const std::unique_ptr<MervImageObject> first(newImage("first", 1)), second(newImage("second", 3));
+    TestedComposition composition;
+    QAbstractItemModelTester tester(&composition, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    int rowsBefore = -1;
+    connect(&composition, &ImageComposition::layoutAboutToBeChanged, this,
+            [&] { rowsBefore = composition.rowCount(); });
+    QVERIFY(composition.addImageObject(first.get()));
+    QCOMPARE(rowsBefore, 0);
+    QVERIFY(composition.addImageObject(second.get()));
+    QCOMPARE(rowsBefore, 1);
+    QCOMPARE(composition.rowCount(), 4);
 }
 
 void ImageCompositionTest::hiddenPod_drawsNothing()
