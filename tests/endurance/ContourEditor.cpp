@@ -247,7 +247,7 @@ void ContourEditor::drag()
     require(!silent, "a drag was not announced");
 }
 
-// The first point of a line is silent, as is a second one that equals it.
+// A line with one announcement at its end; one of a single point is silent.
 void ContourEditor::drawInto(int fragment, float z, const std::vector<QPointF> &points)
 {
     if (isFull(fragment))
@@ -255,10 +255,15 @@ void ContourEditor::drawInto(int fragment, float z, const std::vector<QPointF> &
     SlicedContoursSegment *real = object.fragment(fragment)->newSegment(points.front(), z);
     silent = true;
     PlainLine line{{points.front()}, z};
+    if (points.size() > 1)
+        real->beginUpdates();
     for (std::size_t i = 1; i < points.size(); ++i) {
         real->addPointBack(points[i]);
         line.addBack(points[i]);
     }
+    require(silent, "a held back change was announced");
+    if (points.size() > 1)
+        real->endUpdates();
     model.fragments[static_cast<std::size_t>(fragment)].lines.push_back(line);
 }
 
