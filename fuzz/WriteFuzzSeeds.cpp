@@ -231,6 +231,15 @@ void writeAdapters(const std::filesystem::path &parent)
     }
 }
 
+void writeRecoveryNames(const std::filesystem::path &parent)
+{
+    SeedFolder seeds(parent, "FuzzRecoveryNames");
+    for (const char *name :
+         {"knee_1_2024-02-29T12.30.59.999+0100.slic", "a_b_12_2024-02-29T12.30.59.999-0330.slic",
+          "knee_1_2024-02-29T12.30.59.999+0100.slic.Ab3dEf", "12.saved"})
+        seeds.add(name);
+}
+
 void writeEdits(const std::filesystem::path &parent)
 {
     constexpr std::size_t bytes = 700;
@@ -273,6 +282,7 @@ int main(int count, char **arguments)
     writeMicroPet(folder);
     writeDicom(folder);
     writeAdapters(folder);
+    writeRecoveryNames(folder);
     writeEdits(folder);
     return 0;
 }
