@@ -28,7 +28,8 @@ void reportProgress(std::uint64_t done, std::uint64_t total)
         return;
     const double part =
         total == 0 ? 0.0 : std::min(1.0, static_cast<double>(done) / static_cast<double>(total));
-    listener->reached = std::max(listener->reached, listener->from + (listener->to - listener->from) * part);
+    const ProgressListener::Range &range = listener->range;
+    listener->reached = std::max(listener->reached, range.rest + (range.end - range.rest) * part);
     innermost = nullptr;
     listener->progressed(listener->reached);
     innermost = listener;
@@ -39,19 +40,19 @@ ProgressStage::ProgressStage(double end)
 {
     if (listener == nullptr)
         return;
-    outerFrom = listener->from;
-    outerTo = listener->to;
-    listener->from = listener->reached;
-    listener->to = std::max(listener->reached, outerFrom + (outerTo - outerFrom) * end);
+    outer = listener->range;
+    const double from = listener->reached;
+    listener->range = {from, std::max(from, outer.start + (outer.end - outer.start) * end), from};
 }
 
 ProgressStage::~ProgressStage()
 {
     if (listener == nullptr)
         return;
-    listener->reached = listener->to;
-    listener->from = outerFrom;
-    listener->to = outerTo;
+    if (listener->range.end > listener->range.start)
+        outer.rest = listener->range.end;
+    listener->reached = listener->range.end;
+    listener->range = outer;
 }
 
 ProgressPause::ProgressPause()

@@ -77,16 +77,15 @@ TEST(Progress, stagesShareTheRange)
             const MERV::ProgressStage inner(0.75); // from 0.25 to 0.375
             MERV::reportProgress(1, 2);
         }
-        MERV::reportProgress(3, 4); // of the outer stage: 0.375 as well
+        MERV::reportProgress(1, 2); // of what is left, from 0.375 to 0.5
     }
-    MERV::reportProgress(0, 1); // 0.5 is reached by now
     {
-        const MERV::ProgressStage rest(1.0);
+        const MERV::ProgressStage next(0.75); // from 0.5
         MERV::reportProgress(1, 2);
     }
-    MERV::reportProgress(0, 1);
-    EXPECT_THAT(listener.fractions, ElementsAre(DoubleEq(0.25), DoubleEq(0.3125), DoubleEq(0.375),
-                                                DoubleEq(0.5), DoubleEq(0.75), DoubleEq(1.0)));
+    MERV::reportProgress(1, 2); // of what is left, from 0.75 to 1
+    EXPECT_THAT(listener.fractions, ElementsAre(DoubleEq(0.25), DoubleEq(0.3125), DoubleEq(0.4375),
+                                                DoubleEq(0.625), DoubleEq(0.875)));
 }
 
 TEST(Progress, stageThatEndsWhereTheWorkIsStandsStill)

@@ -26,9 +26,13 @@ private:
     friend void reportProgress(std::uint64_t done, std::uint64_t total);
 
     ProgressListener *outer;
-    // What is reported counts from `from` to `to`.
-    double from = 0.0;
-    double to = 1.0;
+    struct Range
+    {
+        double start = 0.0; // shares of stages count from here
+        double end = 1.0;
+        double rest = 0.0; // reports count from here: the end of the last stage
+    };
+    Range range;
     double reached = 0.0;
 };
 
@@ -37,7 +41,8 @@ private:
 void reportProgress(std::uint64_t done, std::uint64_t total);
 
 // One stage of several of a long work: what is reported during its life counts from where the work has come
-// to, up to `end` of what encloses it, from 0 to 1. At its end just that is reached.
+// to, up to `end` of what encloses it, from 0 to 1. At its end just that is reached, and what is reported
+// behind it counts from there. A stage whose end has been reached before stands still, and leaves no trace.
 class ProgressStage
 {
 public:
@@ -48,8 +53,7 @@ public:
 
 private:
     ProgressListener *listener; // null when nobody listens
-    double outerFrom = 0.0;
-    double outerTo = 1.0;
+    ProgressListener::Range outer;
 };
 
 // Stands around a question to the user.
