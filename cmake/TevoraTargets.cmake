@@ -9,6 +9,7 @@
 # What is declared here is also written to targets.txt in the build folder; a test holds every
 # #include against it, and another one compiles each header alone.
 include(Layers)
+include(Sanitizers)
 
 set_property(GLOBAL PROPERTY TEVORA_TARGETS "")
 
@@ -73,6 +74,7 @@ function(tevora_add_executable name)
     cmake_parse_arguments(ARG "QT" "LAYER" "SOURCES;HEADERS;DEPENDS;LIBRARIES" ${ARGN})
     add_executable(${name} ${ARG_SOURCES} ${ARG_HEADERS})
     _tevora_declare(${name} ${ARGN})
+    tevora_use_sanitizer(${name} DRAWS)
 endfunction()
 
 # Writes one line per target: name, folder, layer, dependencies (comma separated).

@@ -19,6 +19,7 @@ if(CCACHE_PROGRAM)
 endif()
 
 set(TEVORA_SANITIZE "" CACHE STRING "Sanitizers, e.g. address,undefined or thread")
+option(TEVORA_COVERAGE "Count which lines the tests run" OFF)
 add_library(tevora_flags INTERFACE)
 target_compile_options(tevora_flags INTERFACE
     -fsigned-char -ffp-contract=off
@@ -28,9 +29,17 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
 endif()
 if(TEVORA_SANITIZE)
     target_compile_options(tevora_flags INTERFACE
-        -fsanitize=${TEVORA_SANITIZE} -fno-omit-frame-pointer -g1)
+        -fsanitize=${TEVORA_SANITIZE} -fno-omit-frame-pointer -g1 -O1)
     target_link_options(tevora_flags INTERFACE -fsanitize=${TEVORA_SANITIZE})
     if(TEVORA_SANITIZE MATCHES "undefined")
-        target_compile_options(tevora_flags INTERFACE -fno-sanitize-recover=undefined)
+        target_compile_options(tevora_flags INTERFACE -fno-sanitize-recover=all)
     endif()
+    if(TEVORA_SANITIZE MATCHES "address")
+        # An index beyond the size of a vector, but within its capacity, is no error to the sanitizer.
+        target_compile_definitions(tevora_flags INTERFACE _GLIBCXX_ASSERTIONS)
+    endif()
+endif()
+if(TEVORA_COVERAGE)
+    target_compile_options(tevora_flags INTERFACE --coverage -fprofile-update=atomic)
+    target_link_options(tevora_flags INTERFACE --coverage)
 endif()

@@ -1,14 +1,14 @@
 #include "demo/PhantomVolume.h"
 
+#include "platform/ParallelFor.h"
+
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <cmath>
 #include <cstddef>
 #include <limits>
 #include <numbers>
 #include <random>
-#include <thread>
 
 namespace demo {
 namespace {
@@ -206,16 +206,9 @@ std::vector<std::int16_t> phantomVoxels(const PhantomParameters &parameters)
     const std::size_t sliceSize =
         static_cast<std::size_t>(parameters.width) * static_cast<std::size_t>(parameters.height);
     std::vector<double> values(sliceSize * static_cast<std::size_t>(parameters.slices));
-    {
-        std::atomic<int> next{0};
-        std::vector<std::jthread> threads;
-        for (unsigned i = 0; i < std::max(1u, std::thread::hardware_concurrency()); ++i)
-            threads.emplace_back([&] {
-                for (int slice = next++; slice < parameters.slices; slice = next++)
-                    fillSlice(anatomy, parameters, slice,
-                              values.data() + static_cast<std::size_t>(slice) * sliceSize);
-            });
-    }
+    parallelFor(parameters.slices, [&](int slice) {
+        fillSlice(anatomy, parameters, slice, values.data() + static_cast<std::size_t>(slice) * sliceSize);
+    });
     NormalDeviates noise(parameters.seed);
     std::vector<std::int16_t> voxels(values.size());
     std::transform(values.begin(), values.end(), voxels.begin(), [&](double value) {

@@ -3,6 +3,7 @@
 #include "contours/SlicedContoursSegment.h"
 #include "objects/ImageObject.h"
 #include "platform/GlState.h"
+#include "platform/HasOpenGl.h"
 #include "resources/Resources.h"
 #include "shell/help/Help.h"
 #include "view/FullScreenPlace.h"
@@ -440,7 +441,7 @@ bool QStackedSliceView::isFullScreenView() const
 // The context is shared with the other windows of the program and lives on across the change of parents.
 void QStackedSliceView::enterFullScreen()
 {
-    if (isFullScreenView())
+    if (isFullScreenView() || !hasOpenGl())
         return;
     const QIcon icon = window()->windowIcon();
     savedPlace = std::make_unique<FullScreenPlace>(*this);

@@ -2,6 +2,7 @@
 
 #include "objects/ImageObject.h"
 #include "objects/manager/ImageManager.h"
+#include "platform/HasOpenGl.h"
 #include "view/EnhancedQTreeView.h"
 #include "view/ImageComposition.h"
 #include "view/QStackedSliceView.h"
@@ -47,7 +48,8 @@ QStackedSliceViewer::QStackedSliceViewer(ImageManager *manager, QWidget *parent)
     buildTree();
     buildLayout();
     connectModes();
-    setFocusProxy(view);
+    if (hasOpenGl())
+        setFocusProxy(view);
     connect(view, &QStackedSliceView::currentCoordinatesChanged, this,
             &QStackedSliceViewer::updateCoordinates);
 }
@@ -156,7 +158,8 @@ void QStackedSliceViewer::buildLayout()
 
     splitter = new QSplitter(Qt::Vertical, this);
     splitter->setContentsMargins(8, 4, 8, 0);
-    splitter->addWidget(view);
+    // A view that cannot draw stays outside of all windows.
+    splitter->addWidget(hasOpenGl() ? view.data() : new QWidget);
     splitter->addWidget(compositionTree);
     splitter->setStretchFactor(0, 1);
     splitter->setCollapsible(0, false);

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <exception>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -36,8 +37,12 @@ void parallelFor(std::size_t count, const Work &work)
     };
     std::vector<std::jthread> helpers;
     const std::size_t cores = std::max<std::size_t>(1, std::thread::hardware_concurrency());
-    for (std::size_t i = 1; i < std::min(cores, count); ++i)
-        helpers.emplace_back(run);
+    try {
+        for (std::size_t i = 1; i < std::min(cores, count); ++i)
+            helpers.emplace_back(run);
+    } catch (const std::system_error &) {
+        // The system gives no more threads: those there are do the work.
+    }
     run();
     helpers.clear(); // joins
     if (failure)
