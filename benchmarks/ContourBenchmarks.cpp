@@ -245,7 +245,7 @@ void contourPointsNearPlain(benchmark::State &state)
 } // namespace
 
 BENCHMARK(extractionPlain)->Arg(160)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(extraction)->Arg(160)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(extraction)->Arg(160)->Arg(320)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(detectionOfASlicePlain)->Unit(benchmark::kMillisecond);
 BENCHMARK(detectionOfASlice)->Unit(benchmark::kMillisecond);
 BENCHMARK(traceMove)->Unit(benchmark::kMicrosecond);

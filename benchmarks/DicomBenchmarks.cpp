@@ -1,30 +1,36 @@
 #include "serialization/dicom/DicomLoader.h"
 #include "tests/support/DicomFileBuilder.h"
+#include "tests/support/TestData.h"
 
 #include <benchmark/benchmark.h>
 #include <gdcmImage.h>
 #include <gdcmImageReader.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <filesystem>
 #include <iostream>
+#include <map>
 #include <random>
+#include <string>
+#include <utility>
+#include <vector>
 
 // Loading a series with all its tags, beside the DICOM library reading and decoding the same files one after
 // the other into one buffer, without tags. The files are written anew for each run of the program.
 
 namespace {
 
-constexpr int fileCount = 160;
 constexpr unsigned side = 512;
 constexpr int furtherTags = 140; // with those of an ordinary slice about 165 in each file
 
 class SeriesFolder
 {
 public:
-    explicit SeriesFolder(DicomFileBuilder::Encoding encoding)
+    SeriesFolder(DicomFileBuilder::Encoding encoding, int fileCount)
     {
         std::mt19937 random(1);
-        std::vector<int> numbers(fileCount);
+        std::vector<int> numbers(static_cast<std::size_t>(fileCount));
         for (int i = 0; i < fileCount; ++i)
             numbers[static_cast<std::size_t>(i)] = i;
         std::shuffle(numbers.begin(), numbers.end(), random);
@@ -46,11 +52,15 @@ public:
     std::vector<std::string> paths;
 };
 
-const SeriesFolder &series(DicomFileBuilder::Encoding encoding)
+// Arguments: the encoding and the number of files.
+const SeriesFolder &series(const benchmark::State &state)
 {
-    static const SeriesFolder little(DicomFileBuilder::Encoding::explicitLittle);
-    static const SeriesFolder big(DicomFileBuilder::Encoding::explicitBig);
-    return encoding == DicomFileBuilder::Encoding::explicitBig ? big : little;
+    static std::map<std::pair<std::int64_t, std::int64_t>, SeriesFolder> made;
+    return made
+        .try_emplace({state.range(0), state.range(1)},
+                     static_cast<DicomFileBuilder::Encoding>(state.range(0)),
+                     static_cast<int>(state.range(1)))
+        .first->second;
 }
 
 // Keeps the progress lines away from the benchmark's table.
@@ -70,11 +80,11 @@ private:
 
 void loadSeriesWithAllTags(benchmark::State &state)
 {
-    const SeriesFolder &files = series(static_cast<DicomFileBuilder::Encoding>(state.range(0)));
+    const SeriesFolder &files = series(state);
     const Quiet quiet;
     for (auto _ : state) {
         const auto image = dicom::loadSeries(files.folder.string(), false, 0, false, true);
-        if (!image || image->getDepth() != fileCount)
+        if (!image || image->getDepth() != state.range(1))
             state.SkipWithError("the series did not load");
         benchmark::DoNotOptimize(image);
     }
@@ -82,10 +92,10 @@ void loadSeriesWithAllTags(benchmark::State &state)
 
 void plainReadByTheLibrary(benchmark::State &state)
 {
-    const SeriesFolder &files = series(static_cast<DicomFileBuilder::Encoding>(state.range(0)));
+    const SeriesFolder &files = series(state);
     constexpr std::size_t fileBytes = std::size_t(side) * side * 2;
     for (auto _ : state) {
-        std::vector<char> buffer(fileBytes * fileCount);
+        std::vector<char> buffer(fileBytes * files.paths.size());
         std::size_t offset = 0;
         for (const std::string &path : files.paths) {
             gdcm::ImageReader reader;
@@ -100,9 +110,10 @@ void plainReadByTheLibrary(benchmark::State &state)
 
 void encodings(benchmark::internal::Benchmark *benchmark)
 {
-    benchmark->ArgName("encoding")
-        ->Arg(static_cast<int>(DicomFileBuilder::Encoding::explicitLittle))
-        ->Arg(static_cast<int>(DicomFileBuilder::Encoding::explicitBig))
+    benchmark->ArgNames({"encoding", "files"})
+        ->Args({static_cast<int>(DicomFileBuilder::Encoding::explicitLittle), 160})
+        ->Args({static_cast<int>(DicomFileBuilder::Encoding::explicitLittle), 320})
+        ->Args({static_cast<int>(DicomFileBuilder::Encoding::explicitBig), 160})
         ->Unit(benchmark::kMillisecond)
         ->MeasureProcessCPUTime()
         ->UseRealTime();
@@ -110,5 +121,44 @@ void encodings(benchmark::internal::Benchmark *benchmark)
 
 BENCHMARK(loadSeriesWithAllTags)->Apply(encodings);
 BENCHMARK(plainReadByTheLibrary)->Apply(encodings);
+
+// Empty when there are no real data.
+std::string realSeries()
+{
+    const std::string folder = testDataFolder();
+    return folder.empty() ? folder : folder + "/knee-ge-mese/dicom";
+}
+
+void loadRealSeries(benchmark::State &state)
+{
+    const Quiet quiet;
+    for (auto _ : state)
+        if (!dicom::loadSeries(realSeries(), false, 0, false, true)) {
+            state.SkipWithError("no real data");
+            break;
+        }
+}
+BENCHMARK(loadRealSeries)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+void plainReadOfRealSeries(benchmark::State &state)
+{
+    std::vector<std::string> paths;
+    std::error_code none;
+    for (const auto &entry : std::filesystem::directory_iterator(realSeries(), none))
+        paths.push_back(entry.path().string());
+    if (paths.empty())
+        state.SkipWithError("no real data");
+    for (auto _ : state)
+        for (const std::string &path : paths) {
+            gdcm::ImageReader reader;
+            reader.SetFileName(path.c_str());
+            std::vector<char> buffer;
+            if (!reader.Read())
+                continue;
+            buffer.resize(reader.GetImage().GetBufferLength());
+            benchmark::DoNotOptimize(reader.GetImage().GetBuffer(buffer.data()));
+        }
+}
+BENCHMARK(plainReadOfRealSeries)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 } // namespace

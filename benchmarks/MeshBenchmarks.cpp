@@ -5,6 +5,7 @@
 #include "meshes/SlicedContoursTriangulator.h"
 #include "meshes/TriMeshAligner.h"
 #include "meshes/TriMeshFragment.h"
+#include "meshes/geometry/ClosestPoint.h"
 #include "meshes/geometry/ClosestPointIndex.h"
 #include "tests/support/CapturedOutput.h"
 #include "tests/support/PlainAlignment.h"
@@ -15,7 +16,10 @@
 #include <array>
 #include <chrono>
 #include <cmath>
+#include <cstdint>
+#include <map>
 #include <random>
+#include <span>
 
 // The rebuild of a triangulation and the 50 rounds of an alignment, each beside its plain transcription on
 // the same data. A fast result that differs from the plain one stops the benchmark with an error.
@@ -46,12 +50,12 @@ std::vector<QPointF> arc(int slice, int count, std::mt19937 &random)
 // 56 slices with 358 points each are 20,048 points in one fragment.
 struct ContourScene
 {
-    ContourScene()
+    explicit ContourScene(int pointsPerSlice)
     {
         std::mt19937 random(1);
         fragment = contours.newFragment(QStringLiteral("bone"));
         for (int slice = 0; slice < slices; ++slice) {
-            const std::vector<QPointF> points = arc(slice, 358, random);
+            const std::vector<QPointF> points = arc(slice, pointsPerSlice, random);
             const float z = (static_cast<float>(slice) + 0.5f) * sliceDistance;
             auto *segment = fragment->newSegment(points.front(), z);
             segment->beginUpdates();
@@ -73,10 +77,11 @@ struct ContourScene
     SlicedContoursFragment *fragment = nullptr;
 };
 
-ContourScene &contourScene()
+// The argument is the number of points in each slice.
+ContourScene &contourScene(const benchmark::State &state)
 {
-    static ContourScene made;
-    return made;
+    static std::map<std::int64_t, ContourScene> made;
+    return made.try_emplace(state.range(0), static_cast<int>(state.range(0))).first->second;
 }
 
 // Level by level with a scan of all lines, face by face under the lock.
@@ -102,7 +107,7 @@ bool sameFaces(std::span<const TriFace> left, std::span<const TriFace> right)
 
 void retriangulationPlain(benchmark::State &state)
 {
-    ContourScene &scene = contourScene();
+    ContourScene &scene = contourScene(state);
     TriMeshFragment mesh;
     for (auto _ : state)
         retriangulatePlainly(*scene.fragment, mesh);
@@ -111,7 +116,7 @@ void retriangulationPlain(benchmark::State &state)
 
 void retriangulation(benchmark::State &state)
 {
-    ContourScene &scene = contourScene();
+    ContourScene &scene = contourScene(state);
     SlicedContoursTriangulator triangulator(&scene.contours);
     for (auto _ : state)
         triangulator.retriangulate();
@@ -198,6 +203,24 @@ void alignment(benchmark::State &state)
     state.counters["passes"] = rounds / passes;
 }
 
+// The searches of 50 rounds by the plain scan, each corner of each face by itself. One of 150 corners is
+// asked; whole_ms is the time for all of them in all rounds, worked out from these.
+void alignmentPlain(benchmark::State &state)
+{
+    const AlignmentScene scene(static_cast<int>(state.range(0)));
+    constexpr std::size_t share = 50; // faces for each that is asked
+    const std::span<const TriFace> free = scene.free.all();
+    double seconds = 0.0;
+    for (auto _ : state) {
+        const auto begin = std::chrono::steady_clock::now();
+        for (std::size_t f = 0; f < free.size(); f += share)
+            benchmark::DoNotOptimize(closestPointByScan(scene.base.all(), free[f].vertex(0)));
+        seconds += std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+    }
+    const double asked = static_cast<double>((free.size() + share - 1) / share * state.iterations());
+    state.counters["whole_ms"] = 1000.0 * seconds / asked * 3.0 * static_cast<double>(free.size()) * 50.0;
+}
+
 // The same ten rounds on meshes that are small enough for the plain ones.
 void tenRoundsPlain(benchmark::State &state)
 {
@@ -235,9 +258,10 @@ void tenRounds(benchmark::State &state)
 
 } // namespace
 
-BENCHMARK(retriangulationPlain)->Unit(benchmark::kMillisecond);
-BENCHMARK(retriangulation)->Unit(benchmark::kMillisecond);
+BENCHMARK(retriangulationPlain)->Arg(358)->Unit(benchmark::kMillisecond);
+BENCHMARK(retriangulation)->Arg(358)->Arg(716)->Unit(benchmark::kMillisecond);
 BENCHMARK(closestPointPass)->Arg(101)->Unit(benchmark::kMillisecond)->UseManualTime();
-BENCHMARK(alignment)->Arg(101)->Unit(benchmark::kMillisecond)->UseManualTime();
+BENCHMARK(alignmentPlain)->Arg(101)->Unit(benchmark::kMillisecond);
+BENCHMARK(alignment)->Arg(101)->Arg(201)->Unit(benchmark::kMillisecond)->UseManualTime();
 BENCHMARK(tenRoundsPlain)->Arg(11)->Unit(benchmark::kMillisecond);
 BENCHMARK(tenRounds)->Arg(11)->Unit(benchmark::kMillisecond)->UseRealTime();

@@ -15,11 +15,12 @@
 #include <benchmark/benchmark.h>
 
 #include <cmath>
+#include <cstdint>
 #include <numbers>
 
 namespace {
 
-constexpr int width = 512, height = 512, depth = 56;
+constexpr int width = 512, height = 512;
 constexpr double spacing = 0.3125;
 constexpr float thickness = 1.5f;
 
@@ -42,11 +43,11 @@ struct Knee
     SlicedContoursObject contours{"outlines"};
     std::vector<std::vector<QPointF>> outlines{wavyCircle(400, 50.0), wavyCircle(200, 25.0)};
 
-    Knee()
+    explicit Knee(std::int64_t depth)
     {
         SlicedContoursFragment *fragment = contours.newFragment("outline");
         contours.newContour("solid")->addFragmentReference(fragment);
-        for (int slice = 0; slice < depth; ++slice)
+        for (std::int64_t slice = 0; slice < depth; ++slice)
             for (const std::vector<QPointF> &outline : outlines)
                 addLine(*fragment, (static_cast<float>(slice) + 0.5f) * thickness, outline);
     }
@@ -59,9 +60,11 @@ struct Knee
     }
 };
 
+// The argument is the number of slices.
 void rasterize(benchmark::State &state)
 {
-    Knee knee;
+    const auto depth = static_cast<int>(state.range(0));
+    Knee knee(depth);
     BitPlaneRasterizerObject raster(&knee.contours, width, height, depth, static_cast<float>(spacing),
                                     static_cast<float>(spacing), thickness);
     raster.setBitCode(knee.contours.contour(0), 127);
@@ -72,28 +75,28 @@ void rasterize(benchmark::State &state)
         waiting.exec();
     }
 }
-BENCHMARK(rasterize)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(rasterize)->Arg(56)->Arg(112)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void scanConvertPlain(benchmark::State &state)
 {
-    Knee knee;
+    Knee knee(state.range(0));
     for (std::vector<QPointF> &outline : knee.outlines)
         for (QPointF &point : outline)
             point /= spacing;
     for (auto _ : state)
-        for (int slice = 0; slice < depth; ++slice) {
+        for (std::int64_t slice = 0; slice < state.range(0); ++slice) {
             ScanConversion picture(width, height);
             for (const std::vector<QPointF> &outline : knee.outlines)
                 picture.toggle(outline);
             benchmark::DoNotOptimize(picture.isInside(0, 0));
         }
 }
-BENCHMARK(scanConvertPlain)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(scanConvertPlain)->Arg(56)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 // Making and deleting a rasterizer, most of it the OpenGL context.
 void makeAndDelete(benchmark::State &state)
 {
-    Knee knee;
+    Knee knee(56);
     for (auto _ : state)
         BitPlaneRasterizerObject(&knee.contours, 64, 64, 4, 1.0f, 1.0f, 1.0f);
 }

@@ -173,17 +173,21 @@ BENCHMARK_CAPTURE(fromEditToSamples, minimal_distance, 2)->UseManualTime()->Unit
 BENCHMARK_CAPTURE(fromEditToSamples, along_normal, 0)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(measure, closest, ThicknessDirection::Closest)
     ->Arg(1000)
+    ->Arg(2000)
     ->Arg(10000)
     ->Arg(20000)
     ->Arg(100000)
+    ->Arg(200000)
     ->MeasureProcessCPUTime()
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(measure, along_normal, ThicknessDirection::AlongNormal)
     ->Arg(1000)
+    ->Arg(2000)
     ->Arg(10000)
     ->Arg(20000)
     ->Arg(100000)
+    ->Arg(200000)
     ->MeasureProcessCPUTime()
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
