@@ -31,10 +31,6 @@ if(TEVORA_SANITIZE)
     target_compile_options(tevora_flags INTERFACE
         -fsanitize=${TEVORA_SANITIZE} -fno-omit-frame-pointer -g1 -O1)
     target_link_options(tevora_flags INTERFACE -fsanitize=${TEVORA_SANITIZE})
-    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-        # With checks between the statements, GCC takes initialised members of std::regex for uninitialised.
-        target_compile_options(tevora_flags INTERFACE -Wno-maybe-uninitialized)
-    endif()
     if(TEVORA_SANITIZE MATCHES "undefined")
         target_compile_options(tevora_flags INTERFACE -fno-sanitize-recover=all)
     endif()
