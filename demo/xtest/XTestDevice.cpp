@@ -81,6 +81,16 @@ void XTestDevice::moveTo(const QPoint &position)
     connection->send();
 }
 
+QPoint XTestDevice::pointer() const
+{
+    Display *display = connection->display;
+    Window root = 0, child = 0;
+    int x = 0, y = 0, xInWindow = 0, yInWindow = 0;
+    unsigned int mask = 0;
+    XQueryPointer(display, DefaultRootWindow(display), &root, &child, &x, &y, &xInWindow, &yInWindow, &mask);
+    return {x, y};
+}
+
 void XTestDevice::press(Button button)
 {
     XTestFakeButtonEvent(connection->display, button, True, CurrentTime);
@@ -197,4 +207,26 @@ QRect XTestDevice::frameOf(quintptr window) const
     unsigned int width = 0, height = 0, border = 0, depth = 0;
     XGetGeometry(display, current, &root, &x, &y, &width, &height, &border, &depth);
     return {x, y, int(width), int(height)};
+}
+
+QPoint XTestDevice::originOf(quintptr window) const
+{
+    Display *display = connection->display;
+    int left = 0, top = 0;
+    Window child = 0;
+    XTranslateCoordinates(display, window, DefaultRootWindow(display), 0, 0, &left, &top, &child);
+    return {left, top};
+}
+
+void XTestDevice::askToClose(quintptr window)
+{
+    Display *display = connection->display;
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = window;
+    event.xclient.message_type = XInternAtom(display, "WM_PROTOCOLS", False);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = static_cast<long>(XInternAtom(display, "WM_DELETE_WINDOW", False));
+    XSendEvent(display, window, False, NoEventMask, &event);
+    connection->send();
 }

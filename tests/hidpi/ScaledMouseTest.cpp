@@ -52,10 +52,11 @@ private:
     double mmPerPixel() const { return 1.0 / (logicalPerMm() * factor()); }
 
     // The pixel of the screen at a position in the widget in logical pixels.
-    static QPoint onScreen(const QWidget *widget, const QPointF &position)
+    QPoint onScreen(const QWidget *widget, const QPointF &position) const
     {
         const QPointF inWindow = QPointF(widget->mapTo(widget->window(), QPoint(0, 0))) + position;
-        return XScreen::windowOrigin(widget) + (inWindow * widget->devicePixelRatioF()).toPoint();
+        return device.originOf(widget->window()->winId()) +
+               (inWindow * widget->devicePixelRatioF()).toPoint();
     }
     QPoint onScreen(double x, double y) const
     {
@@ -65,7 +66,7 @@ private:
     // The mm that this pixel of the screen shows, by its upper left corner.
     QPointF mmAt(const QPoint &pixel) const
     {
-        const QPointF inView = QPointF(pixel - XScreen::windowOrigin(view())) / factor() -
+        const QPointF inView = QPointF(pixel - device.originOf(view()->window()->winId())) / factor() -
                                QPointF(view()->mapTo(view()->window(), QPoint(0, 0)));
         return {middleMm + (inView.x() - state().width / 2) / logicalPerMm(),
                 middleMm + (state().height / 2 - inView.y()) / logicalPerMm()};
@@ -318,7 +319,7 @@ void ScaledMouseTest::fullScreen_fillsTheScreenAndComesBack()
     view()->enterFullScreen();
     QTRY_COMPARE(view()->size(), view()->screen()->size());
     QTRY_COMPARE(state().width, view()->width());
-    QCOMPARE(XScreen::windowOrigin(view()), QPoint(0, 0));
+    QCOMPARE(device.originOf(view()->window()->winId()), QPoint(0, 0));
     device.moveTo({1279, 1023});
     view()->resetView();
     view()->repaintNow();

@@ -1,6 +1,7 @@
 #include "objects/manager/LoadProgress.h"
 
 #include "Common/Progress.h"
+#include "demo/xtest/XTestDevice.h"
 #include "objects/manager/ImageManager.h"
 #include "tests/manager/Fakes.h"
 #include "tests/support/CapturedOutput.h"
@@ -31,14 +32,6 @@
 #include <sys/stat.h>
 #include <thread>
 
-#include <X11/Xlib.h>
-#include <X11/extensions/XTest.h>
-
-// Xlib's macros hide names of the toolkit.
-#undef None
-#undef KeyPress
-#undef Bool
-
 namespace {
 
 // After this a test gives up.
@@ -52,41 +45,6 @@ qint64 testClock()
 {
     return nowMs += stepMs;
 }
-
-// What a user and the window manager do, sent to the X server without waiting for its effect.
-class XConnection
-{
-public:
-    XConnection()
-        : display(XOpenDisplay(nullptr))
-    {}
-    ~XConnection() { XCloseDisplay(display); }
-    XConnection(const XConnection &) = delete;
-    XConnection &operator=(const XConnection &) = delete;
-
-    void pressKey(unsigned long keySym)
-    {
-        const KeyCode code = XKeysymToKeycode(display, keySym);
-        XTestFakeKeyEvent(display, code, 1, 0);
-        XTestFakeKeyEvent(display, code, 0, 0);
-        XSync(display, 0);
-    }
-    // The button of the window's frame.
-    void askToClose(WId window)
-    {
-        XEvent event{};
-        event.xclient.type = ClientMessage;
-        event.xclient.window = window;
-        event.xclient.message_type = XInternAtom(display, "WM_PROTOCOLS", 0);
-        event.xclient.format = 32;
-        event.xclient.data.l[0] = static_cast<long>(XInternAtom(display, "WM_DELETE_WINDOW", 0));
-        XSendEvent(display, window, 0, NoEventMask, &event);
-        XSync(display, 0);
-    }
-
-private:
-    Display *display;
-};
 
 // A main window: a label above a line for text, which counts the requests to close it.
 class PaintedWindow : public QWidget
@@ -304,10 +262,10 @@ private slots:
         window.show();
         window.edit.setFocus();
         QVERIFY(QTest::qWaitForWindowActive(&window, longestWaitMs));
-        XConnection user;
+        XTestDevice user;
         QVERIFY(loadBy([&] {
             work(1500, 10);
-            user.pressKey('k');
+            user.tapKey("k");
             window.setColor(Qt::red); // what comes behind the key is handled
             QVERIFY(workUntil([&] { return window.shownColor() == QColor(Qt::red); }));
             QCOMPARE(window.edit.text(), QString());
@@ -320,7 +278,7 @@ private slots:
         PaintedWindow window;
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
-        XConnection windowManager;
+        XTestDevice windowManager;
         QVERIFY(loadBy([&] {
             work(1500, 10);
             windowManager.askToClose(window.winId());
@@ -380,8 +338,8 @@ private slots:
             work(1200, 50);
             QTest::mousePress(DialogDriver::buttonNamed(progressDialogs().value(0), "Cancel"),
                               Qt::LeftButton);
-            XConnection user;
-            user.pressKey(' ');
+            XTestDevice user;
+            user.tapKey("space");
             work(100, 60);
             if (progressDialogs()[0]->wasCanceled())
                 loading = 100;

@@ -595,8 +595,8 @@ private slots:
                     edit->selectAll();
                 QCOMPARE(edit->selectedText(), edit->text()); // what is typed takes its place
                 XHand hand(edit);
-                hand.key(static_cast<unsigned long>('0' + i));
-                hand.keyIntoOtherWindow(i < 6 ? XHand::Tab : XHand::Return);
+                hand.key(qPrintable(QString::number(i)));
+                hand.keyIntoOtherWindow(i < 6 ? "Tab" : "Return");
             }
         });
         scene.window.rasterizeImage();

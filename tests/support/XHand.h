@@ -1,5 +1,7 @@
 #pragma once
 
+#include "demo/xtest/XTestDevice.h"
+
 #include <QEvent>
 #include <QObject>
 #include <QPoint>
@@ -9,13 +11,12 @@
 #include <initializer_list>
 #include <vector>
 
-// Moves the pointer and presses buttons and keys of the X server, as a user does, and waits until the widget
-// has seen the event. Positions are in the widget's logical pixels. Uses a connection of its own.
+// A user at one widget: moves the pointer and presses buttons and keys of the X server, and waits until the
+// widget has seen the event. Positions are in the widget's logical pixels. The thread of the windows.
 class XHand : public QObject
 {
 public:
     explicit XHand(QWidget *widget);
-    ~XHand() override;
 
     void moveTo(const QPoint &position);
     void press(Qt::MouseButton button);
@@ -28,30 +29,21 @@ public:
     void drag(Qt::MouseButton button, const QPoint &from, const QPoint &to);
     // One notch; up is away from the user.
     void wheel(bool up);
-    // keySym as in <X11/keysymdef.h>: ' ', 'z', 0xffe1 (Shift) ...
-    void keyDown(unsigned long keySym);
-    void keyUp(unsigned long keySym);
-    void key(unsigned long keySym);
+    // Names of keys as XTestDevice takes them.
+    void keyDown(const char *name);
+    void keyUp(const char *name);
+    void key(const char *name);
     // A key that changes the window: its release may reach another one, or none.
-    void keyIntoOtherWindow(unsigned long keySym);
+    void keyIntoOtherWindow(const char *name);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
-    static constexpr unsigned long Shift = 0xffe1, Control = 0xffe3, Alt = 0xffe9, Tab = 0xff09,
-                                   Return = 0xff0d, Escape = 0xff1b, F11 = 0xffc8, PageUp = 0xff55,
-                                   PageDown = 0xff56, Left = 0xff51, Up = 0xff52, Right = 0xff53,
-                                   Down = 0xff54, ScrollLock = 0xff14;
-
 private:
     QPoint pixelOnScreen(const QPoint &position) const;
-    QPoint pointerOnScreen() const;
-    void buttonEvent(unsigned int button, bool down);
-    void keyEvent(unsigned long keySym, bool down);
-    void flush();
     void waitFor(std::initializer_list<QEvent::Type> types, int before);
     int seen(std::initializer_list<QEvent::Type> types) const;
 
     QPointer<QWidget> target;
-    void *display; // of Xlib
+    XTestDevice device;
     std::vector<int> counts;
 };

@@ -158,9 +158,9 @@ void ViewContourEventsTest::leavingTrace_clearsTheMarks()
 {
     moveTo(20.0, 10.0);
     QVERIFY(scene->state().edgeMarkers.empty());
-    hand->keyDown('t'); // entering fetches them at once
+    hand->keyDown("t"); // entering fetches them at once
     QVERIFY(!scene->state().edgeMarkers.empty());
-    hand->keyUp('t');
+    hand->keyUp("t");
     QVERIFY(scene->state().edgeMarkers.empty());
 }
 
@@ -299,13 +299,13 @@ void ViewContourEventsTest::stepsOfTraceAndErase_areThoseOfTheFinestObject()
     QCOMPARE(scene->bone->segmentCount(), 2);
     QCOMPARE(points(1), (QList<QPointF>{{10.5, 5.5}, {12, 8}}));
     scene->view->setInteractBaseModeErase();
-    hand->keyDown(XHand::Shift);
+    hand->keyDown("Shift_L");
     moveTo(12.25, 8);
     hand->click(Qt::LeftButton);
     QCOMPARE(scene->bone->segmentCount(), 2);
     moveTo(12, 8);
     hand->click(Qt::LeftButton);
-    hand->keyUp(XHand::Shift);
+    hand->keyUp("Shift_L");
     QCOMPARE(scene->bone->segmentCount(), 1);
 }
 
@@ -337,10 +337,10 @@ void ViewContourEventsTest::traceWithAlt_isAttractedByContours()
     ViewScene::line(scene->surface, firstZ, {{4, 30}, {10, 30}, {16, 30}});
     traceMode();
     moveTo(11, 31);
-    hand->keyDown(XHand::Alt);
+    hand->keyDown("Alt_L");
     hand->press(Qt::RightButton);
     moveTo(8, 20); // nothing near: freehand
-    hand->keyUp(XHand::Alt);
+    hand->keyUp("Alt_L");
     moveTo(9, 29); // near, but without Alt
     hand->release(Qt::RightButton);
     QCOMPARE(points(0), (QList<QPointF>{{10, 30}, {8, 20}, {9, 29}}));
@@ -457,16 +457,16 @@ void ViewContourEventsTest::modeSwitchDuringATrace_leavesNoSinglePoint()
     moveTo(10, 10);
     hand->press(Qt::RightButton);
     QCOMPARE(scene->bone->segmentCount(), 1);
-    hand->keyDown(' ');
+    hand->keyDown("space");
     QCOMPARE(scene->bone->segmentCount(), 0);
-    hand->keyUp(' ');
+    hand->keyUp("space");
     hand->release(Qt::RightButton);
     QCOMPARE(scene->bone->segmentCount(), 0);
     // A line of two points stays, and is no longer traced.
     moveTo(10, 10);
     hand->press(Qt::RightButton);
     moveTo(12, 15);
-    hand->key('z');
+    hand->key("z");
     QVERIFY(!scene->state().activeSegment);
     moveTo(20, 30);
     hand->release(Qt::RightButton);
@@ -619,8 +619,8 @@ void ViewContourEventsTest::guessStart_survivesOtherModes()
 {
     scene->view->setInteractBaseModeGuess();
     hand->click(Qt::LeftButton);
-    hand->key('z');
-    hand->key('t');
+    hand->key("z");
+    hand->key("t");
     QVERIFY(scene->state().guessStartSet);
 }
 
@@ -641,9 +641,9 @@ void ViewContourEventsTest::erase_needsShiftAndAFragment()
                      "Erasing requires a Sliced Contours Fragment to be selected for editing.",
                      QMessageBox::Ok);
     moveTo(10, 10);
-    hand->keyDown(XHand::Shift);
+    hand->keyDown("Shift_L");
     hand->clickIntoDialog(Qt::LeftButton);
-    hand->keyUp(XHand::Shift);
+    hand->keyUp("Shift_L");
     QVERIFY2(driver.verify(), driver.report());
     QCOMPARE(scene->bone->segmentCount(), 1);
 }
@@ -657,13 +657,13 @@ void ViewContourEventsTest::erase_deletesSegmentsUnderTheCursor()
     ViewScene::line(scene->surface, firstZ, {{10, 10}, {15, 10}}); // another fragment
     scene->view->setInteractBaseModeErase();
     moveTo(10, 10);
-    hand->keyDown(XHand::Shift);
+    hand->keyDown("Shift_L");
     hand->click(Qt::MiddleButton); // any button
     QCOMPARE(scene->bone->segmentCount(), 2);
     QCOMPARE(scene->surface->segmentCount(), 1);
     moveTo(36, 36);
     hand->click(Qt::LeftButton);
-    hand->keyUp(XHand::Shift);
+    hand->keyUp("Shift_L");
     QCOMPARE(scene->bone->segmentCount(), 2);
 }
 

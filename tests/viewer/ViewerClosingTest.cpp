@@ -98,7 +98,7 @@ private slots:
         hand.moveTo({50, 50});
         hand.drag(Qt::LeftButton, {60, 60}, {90, 90});
         hand.wheel(true);
-        hand.key('n');
+        hand.key("n");
     }
 
     // As at the end of the program, when the manager goes before the viewers.

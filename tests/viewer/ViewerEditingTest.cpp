@@ -335,7 +335,7 @@ private slots:
         XHand hand(scene->view());
         const int fragments[] = {0, 1, 2, 0, 1};
         for (const int fragment : fragments) {
-            hand.key('n');
+            hand.key("n");
             QCOMPARE(scene->composition()->editedObject(), scene->contours->fragment(fragment));
             QCOMPARE(scene->composition()->analyzedRow(), 2);
             for (int child = 1; child < 4; ++child)
