@@ -1,9 +1,9 @@
-#include "platform/ReadWriteLock.h"
 #include "contours/SlicedContour.h"
 #include "contours/SlicedContoursFragment.h"
 #include "contours/SlicedContoursObject.h"
 #include "contours/SlicedContoursSegment.h"
 #include "objects/GraphicsObjectRenderAdvisor.h"
+#include "platform/ReadWriteLock.h"
 
 #include <QSignalSpy>
 #include <QTest>
