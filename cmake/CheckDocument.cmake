@@ -1,20 +1,28 @@
 cmake_policy(VERSION 3.25)
 # cmake -DSOURCE_DIR=... -DTARGETS=<targets.txt> -DDOCUMENT=<file.md> -P CheckDocument.cmake
 # Fails when the document names, in single backticks, something that is not in the tree: a Class::member that
-# the header with the class does not hold, an identifier that is in no header, no target and no script of the
-# build, or a file or folder. Other texts in backticks, those with blanks for example, are not looked at.
+# the header with the class does not hold, an identifier that is in no header, no target, no script of the build
+# and no folder, or a file or folder. Other texts in backticks, those with blanks for example, are not looked at.
+# Of fenced blocks of shell commands, words with a slash are files or folders, but for those below build.
 cmake_minimum_required(VERSION 3.25)
 file(READ "${DOCUMENT}" text)
+string(REGEX MATCHALL "```sh\n[^`]*```" commands "${text}")
+string(REGEX MATCHALL "[A-Za-z0-9_.-]*/[A-Za-z0-9_./-]+" paths "${commands}")
+list(FILTER paths EXCLUDE REGEX "^build/")
+list(TRANSFORM paths PREPEND "`")
+list(TRANSFORM paths APPEND "`")
 string(REGEX REPLACE "```[^`]*```" "" text "${text}")
 string(REPLACE ";" "," text "${text}")
 string(REGEX MATCHALL "`[^`\n]+`" names "${text}")
+list(APPEND names ${paths})
 list(REMOVE_DUPLICATES names)
 
 file(STRINGS "${TARGETS}" targets)
 list(TRANSFORM targets REPLACE "\\|.*" "")
 file(GLOB_RECURSE headers "${SOURCE_DIR}/*.h")
 list(FILTER headers EXCLUDE REGEX "^${SOURCE_DIR}/(build|tests|fuzz|benchmarks)/")
-file(GLOB scripts "${SOURCE_DIR}/cmake/Tevora*.cmake" "${SOURCE_DIR}/docs/CMakeLists.txt")
+file(GLOB scripts "${SOURCE_DIR}/cmake/Tevora*.cmake" "${SOURCE_DIR}/docs/CMakeLists.txt"
+    "${SOURCE_DIR}/tests/*/CMakeLists.txt")
 set(count 0)
 foreach(header IN LISTS headers scripts)
     file(READ "${header}" HEADER_${count})
@@ -58,7 +66,7 @@ foreach(name IN LISTS names)
         if(EXISTS "${SOURCE_DIR}/${name}")
             set(found TRUE)
         endif()
-    elseif(name IN_LIST targets)
+    elseif(name IN_LIST targets OR IS_DIRECTORY "${SOURCE_DIR}/${name}")
         set(found TRUE)
     elseif(name MATCHES "^[A-Za-z0-9_]+$")
         find_word("${name}" found)

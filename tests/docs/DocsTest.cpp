@@ -1,7 +1,7 @@
 // House rules of the documents:
 //
-//   Links and pictures of README.md and of all Markdown below docs/ lead to files that exist, and to headings
-//   that exist; a picture is not larger than 150 KB. In docs/manual bold type is kept for the texts of the
+//   Links and pictures of README.md, CONTRIBUTING.md and of all Markdown below docs/ lead to files that exist,
+//   and to headings that exist; a picture is not larger than 150 KB. In docs/manual bold type is kept for the texts of the
 //   program, as they stand in English, without the mark of the keyboard's letter: **Analyze**, **Image > New
 //   > New slice selector**. What is stressed stands in *italics*; keys, file names and names of the code in
 //   `code`.
@@ -142,6 +142,7 @@ TEST(Docs, linksAndPicturesExist)
 {
     std::vector<fs::path> all = documents(root() / "docs");
     all.push_back(root() / "README.md");
+    all.push_back(root() / "CONTRIBUTING.md");
     std::size_t links = 0;
     for (const fs::path &document : all) {
         for (const std::string &link : allMatches(withoutCode(readFile(document)), "\\]\\(([^)\\s]+)\\)")) {
