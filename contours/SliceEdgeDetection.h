@@ -37,7 +37,8 @@ public:
 private:
     void transpose(const ByteSlice &slice);
     void computeColumn(int x);
-    void detectColumn(int x, const SlicePlacement &placement, std::vector<EdgePoint> &points) const;
+    void markColumn(int x);
+    void listColumn(int x, const SlicePlacement &placement, std::vector<EdgePoint> &points) const;
 
     int width = 0;
     int height = 0;
@@ -46,4 +47,5 @@ private:
     std::vector<std::uint8_t> magnitudes; // 0 in the outermost columns and rows
     std::vector<std::int16_t> gradientsX; // defined where magnitudes are, without that border
     std::vector<std::int16_t> gradientsY;
+    std::vector<std::uint8_t> marks; // of one column: 1 where a point is
 };
