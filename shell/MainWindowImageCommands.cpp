@@ -7,6 +7,7 @@
 #include "objects/SliceSelector.h"
 #include "objects/manager/ImageManager.h"
 #include "shell/CommandDialogs.h"
+#include "shell/ReportedFailure.h"
 
 #include <QCoreApplication>
 #include <QInputDialog>
@@ -25,9 +26,11 @@ void MainWindow::newSliceSelector()
     auto *source = dynamic_cast<MervImageObject *>(currentObject());
     if (source == nullptr)
         return;
-    auto selector = std::make_unique<SliceSelector>(source, SliceDirection::Z, 0.0);
-    selector->setLabel(tr("selected slice from %1").arg(source->label()));
-    manager->addImage(selector.release());
+    reportFailure([&] {
+        auto selector = std::make_unique<SliceSelector>(source, SliceDirection::Z, 0.0);
+        selector->setLabel(tr("selected slice from %1").arg(source->label()));
+        manager->addImage(selector.release());
+    });
 }
 
 // A cancelled or empty answer adds a fragment with an empty name, on purpose.
@@ -43,7 +46,7 @@ void MainWindow::addFragment()
 void MainWindow::extractEdgePoints()
 {
     if (auto *image = dynamic_cast<MervImageObject *>(currentObject()))
-        manager->addImage(new ConventionalSliceEdgePointExtractor(image));
+        reportFailure([&] { manager->addImage(new ConventionalSliceEdgePointExtractor(image)); });
 }
 
 void MainWindow::mirrorImage()
