@@ -18,8 +18,9 @@
 #include "objects/manager/ImageManager.h"
 #include "tests/endurance/ContourEditor.h"
 #include "tests/endurance/Watched.h"
-#include "tests/support/CapturedOutput.h"
+#include "tests/support/NoTimeLimit.h"
 #include "tests/support/PrivateSettings.h"
+#include "tests/support/SilentOutput.h"
 #include "tests/support/TestVolume.h"
 #include "view/GraphicsPod.h"
 #include "view/ImageComposition.h"
@@ -76,7 +77,7 @@ private:
     double sizeAtRest();
     void workOn(int edit);
 
-    std::unique_ptr<CapturedOutput> output;
+    std::unique_ptr<SilentOutput> silence;
     std::unique_ptr<ImageManager> manager;
     SlicedContoursObject *contours = nullptr;
     SlicedContoursTriangulator *mesh = nullptr;
@@ -94,7 +95,7 @@ private slots:
 void EnduranceTest::init()
 {
     constexpr std::size_t bytesPerEdit = 64;
-    output = std::make_unique<CapturedOutput>();
+    silence = std::make_unique<SilentOutput>();
     manager = std::make_unique<ImageManager>(nullptr);
     const int units = std::max(1, qEnvironmentVariableIntValue("TEVORA_ENDURANCE"));
     decisions = randomBytes(1, bytesPerEdit * static_cast<std::size_t>(editsPerUnit * units));
@@ -112,7 +113,7 @@ void EnduranceTest::cleanup()
     while (manager->imageCount() > 0)
         manager->closeImage(manager->index(0, 0));
     manager.reset();
-    output.reset();
+    silence.reset();
 }
 
 // As the procedure for a patella makes them.
@@ -268,6 +269,7 @@ int main(int argc, char **argv)
 {
     QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     const PrivateSettings settings;
+    liftTimeLimit();
     QApplication application(argc, argv);
     EnduranceTest test;
     return QTest::qExec(&test, argc, argv);
