@@ -75,6 +75,14 @@ void *operator new[](std::size_t size)
 {
     return allocate(size, __builtin_return_address(0));
 }
+void *operator new(std::size_t size, const std::nothrow_t &) noexcept
+{
+    return std::malloc(size > 0 ? size : 1);
+}
+void *operator new[](std::size_t size, const std::nothrow_t &) noexcept
+{
+    return std::malloc(size > 0 ? size : 1);
+}
 void operator delete(void *memory) noexcept
 {
     std::free(memory);
