@@ -40,11 +40,6 @@ Plane Plane::perpendicular(const Point &point, const Point &direction)
     return Plane(through(euclidean(point), n.x, n.y, n.z).data());
 }
 
-double Plane::operator*(const Point &p) const
-{
-    return coefficients[0] * p.x + coefficients[1] * p.y + coefficients[2] * p.z + coefficients[3] * p.w;
-}
-
 Point triangleNormal(const Point &p0, const Point &p1, const Point &p2)
 {
     const Point a = euclidean(p0), b = euclidean(p1), c = euclidean(p2);

@@ -22,7 +22,10 @@ public:
     bool isValid() const { return valid; }
     double operator[](int index) const { return coefficients[static_cast<std::size_t>(index)]; }
     // a x + b y + c z + d w, exactly as the sum is written.
-    double operator*(const Point &point) const;
+    double operator*(const Point &p) const
+    {
+        return coefficients[0] * p.x + coefficients[1] * p.y + coefficients[2] * p.z + coefficients[3] * p.w;
+    }
 
 private:
     std::array<double, 4> coefficients{};

@@ -1,8 +1,6 @@
 #include "meshes/geometry/TriFace.h"
 
-#include <algorithm>
 #include <array>
-#include <utility>
 
 namespace MERV::BRep {
 
@@ -13,11 +11,6 @@ constexpr int corners = 3;
 int next(int index)
 {
     return (index + 1) % corners;
-}
-
-Point *cloneOf(const Point *points)
-{
-    return new Point[corners]{points[0], points[1], points[2]};
 }
 
 // Where the plane crosses the edge from a to b between its ends; invalid if both lie on one side.
@@ -40,67 +33,29 @@ Point closestOnEdge(const Line &edge, const Point &q)
 
 } // namespace
 
-TriFace::TriFace(const Point &p0, const Point &p1, const Point &p2)
-    : points(new Point[corners]{p0, p1, p2})
-    , valid(true)
-{}
-
-TriFace::TriFace(const TriFace &other)
-    : points(other.valid && !other.shares ? cloneOf(other.points) : other.points)
-    , valid(other.valid)
-    , shares(other.shares)
-{}
-
-TriFace::TriFace(TriFace &&other) noexcept
-    : points(std::exchange(other.points, nullptr))
-    , valid(std::exchange(other.valid, false))
-    , shares(std::exchange(other.shares, false))
-{}
-
-TriFace &TriFace::operator=(const TriFace &other)
-{
-    TriFace copy(other);
-    return *this = std::move(copy);
-}
-
-TriFace &TriFace::operator=(TriFace &&other) noexcept
-{
-    std::swap(points, other.points);
-    std::swap(valid, other.valid);
-    std::swap(shares, other.shares);
-    return *this;
-}
-
-TriFace::~TriFace()
-{
-    if (!shares)
-        delete[] points;
-}
-
 TriFace TriFace::sharing(const TriFace &owner)
 {
     TriFace face;
-    face.points = owner.points;
     face.valid = owner.valid;
-    face.shares = owner.valid;
+    face.shared = owner.valid ? owner.points() : nullptr;
     return face;
 }
 
 Point TriFace::normal() const
 {
-    return valid ? triangleNormal(points[0], points[1], points[2]) : Point(0.0, 0.0, 0.0);
+    return valid ? triangleNormal(vertex(0), vertex(1), vertex(2)) : Point(0.0, 0.0, 0.0);
 }
 
 Line TriFace::edge(int index) const
 {
     if (!valid || index < 0 || index >= corners)
         return {};
-    return {points[index], points[next(index)]};
+    return {vertex(index), vertex(next(index))};
 }
 
 Plane TriFace::plane() const
 {
-    return valid ? Plane(points[0], points[1], points[2]) : Plane();
+    return valid ? Plane(vertex(0), vertex(1), vertex(2)) : Plane();
 }
 
 bool TriFace::hitBy(const Line &line) const
@@ -122,11 +77,11 @@ Segment TriFace::sectionWith(const Plane &plane) const
 {
     if (!valid || !plane.isValid())
         return {};
-    const Point first = crossing(points[0], points[1], plane);
+    const Point first = crossing(vertex(0), vertex(1), plane);
     if (!first.valid)
         return {};
-    const Point second = crossing(points[1], points[2], plane);
-    return {first, second.valid ? second : crossing(points[2], points[0], plane)};
+    const Point second = crossing(vertex(1), vertex(2), plane);
+    return {first, second.valid ? second : crossing(vertex(2), vertex(0), plane)};
 }
 
 Point TriFace::closestPointTo(const Point &q) const
@@ -148,13 +103,13 @@ Point TriFace::closestPointTo(const Point &q) const
             continue;
         if (at(k + 1) >= 0.0 && at(k + 2) >= 0.0)
             return upright.intersection(own);
-        return at(k + 1) < 0.0 ? points[next(k)] : points[k];
+        return at(k + 1) < 0.0 ? vertex(next(k)) : vertex(k);
     }
     if ((s[0] > 0.0 && s[1] > 0.0 && s[2] > 0.0) || (s[0] < 0.0 && s[1] < 0.0 && s[2] < 0.0))
         return upright.intersection(own);
     for (int i = 0; i < corners; ++i) {
         if (at(i) < 0.0 && at(i + 1) < 0.0)
-            return points[next(i)];
+            return vertex(next(i));
     }
     for (int i = 0; i < corners; ++i) {
         if (at(i) < 0.0)

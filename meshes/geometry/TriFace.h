@@ -4,6 +4,8 @@
 #include "meshes/geometry/Plane.h"
 #include "meshes/geometry/Point.h"
 
+#include <array>
+
 namespace MERV::BRep {
 
 // A piece of a line; invalid if one of its ends is. Both ends may be the same point.
@@ -21,22 +23,20 @@ class TriFace
 {
 public:
     TriFace() = default;
-    // Clones the points.
-    TriFace(const Point &p0, const Point &p1, const Point &p2);
-    // A deep copy; the copy of a face that shares its points shares them too.
-    TriFace(const TriFace &other);
-    TriFace(TriFace &&other) noexcept;
-    TriFace &operator=(const TriFace &other);
-    TriFace &operator=(TriFace &&other) noexcept;
-    ~TriFace();
+    // Clones the points. A copy has clones of its own, too; the copy of a face that shares its points shares
+    // them.
+    TriFace(const Point &p0, const Point &p1, const Point &p2)
+        : ownPoints{p0, p1, p2}
+        , valid(true)
+    {}
 
-    // A face on the points of another one, which must outlive it.
+    // A face on the points of another one, which must outlive it and stay where it is.
     static TriFace sharing(const TriFace &owner);
 
     bool isValid() const { return valid; }
-    bool sharesVertices() const { return shares; }
+    bool sharesVertices() const { return shared != nullptr; }
     // 0 to 2, of a valid face.
-    const Point &vertex(int index) const { return points[index]; }
+    const Point &vertex(int index) const { return points()[index]; }
 
     // (p1 - p0) x (p2 - p1) of the Euclidean points, not normalised; (0, 0, 0) for an invalid face.
     Point normal() const;
@@ -60,9 +60,12 @@ public:
     Point closestPointTo(const Point &point) const;
 
 private:
-    Point *points = nullptr; // three of them in one block, owned unless shares
+    const Point *points() const { return shared != nullptr ? shared : ownPoints.data(); }
+
+    // Not in a block of their own: meshes are rebuilt and copied as a whole while the mouse moves.
+    std::array<Point, 3> ownPoints;
+    const Point *shared = nullptr; // the points of another face
     bool valid = false;
-    bool shares = false;
 };
 
 } // namespace MERV::BRep

@@ -102,12 +102,17 @@ TEST(TriFace, assignmentReplacesPoints)
 TEST(TriFace, moveHandsThePointsOver)
 {
     TriFace face(rightAngled);
-    const Point *first = &face.vertex(0);
     TriFace moved(std::move(face));
-    EXPECT_EQ(&moved.vertex(0), first);
-    TriFace assigned;
+    EXPECT_EQ(moved.vertex(1).x, 4.0);
+    TriFace assigned({9, 9, 9}, {8, 8, 8}, {7, 7, 7});
     assigned = std::move(moved);
-    EXPECT_EQ(&assigned.vertex(0), first);
+    EXPECT_TRUE(assigned.isValid());
+    EXPECT_FALSE(assigned.sharesVertices());
+    EXPECT_EQ(assigned.vertex(1).x, 4.0);
+    TriFace sharing = TriFace::sharing(rightAngled);
+    const TriFace movedSharing(std::move(sharing));
+    EXPECT_TRUE(movedSharing.sharesVertices());
+    EXPECT_EQ(&movedSharing.vertex(0), &rightAngled.vertex(0));
 }
 
 TEST(TriFace, normalIsNotNormalised)
