@@ -73,7 +73,8 @@ float faded(float alpha, double ticks)
 
 QPointF QStackedSliceView::centred(const QPointF &position) const
 {
-    return {position.x() - viewState.width / 2, viewState.height / 2 - position.y()};
+    const QPoint middle(viewState.width / 2, viewState.height / 2); // a whole logical pixel
+    return {position.x() - middle.x(), middle.y() - position.y()};
 }
 
 // Where the pointer is in view space. On a screen of high resolution it also stands between the whole
