@@ -21,7 +21,7 @@ QString image(const QString &fileName)
 
 QPixmap picture(const QString &path, double devicePixelRatio)
 {
-    const QPixmap plain(path);
+    QPixmap plain(path);
     if (!(devicePixelRatio > 1.0) || plain.isNull())
         return plain;
     QString finePath = path;

@@ -60,10 +60,12 @@ double part(double difference, double whole)
 
 double loopVolume(const SlicedContoursObject &contours, double sliceDistanceMm)
 {
-    double volume = 0.0, z = double(contours.firstSignificantZ());
-    for (double before = -1.0; z > before; z = double(contours.nextSignificantZ(float(z)))) {
-        volume += double(contours.contour(0)->areaAt(float(z))) * sliceDistanceMm;
+    double volume = 0.0;
+    float before = -1.0f, z = contours.firstSignificantZ();
+    while (z > before) {
+        volume += double(contours.contour(0)->areaAt(z)) * sliceDistanceMm;
         before = z;
+        z = contours.nextSignificantZ(z);
     }
     return volume;
 }

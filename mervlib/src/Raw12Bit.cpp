@@ -47,11 +47,11 @@ bool isSupported(const Header &header)
         detail::report("Header size of ", size, " bytes", request);
         return false;
     }
-    if (const auto bits = detail::fieldAt<std::int16_t>(header, bitsPerVoxel); bits != 16 && bits != 12) {
-        detail::report(bits, " bits", request);
-        return false;
-    }
-    return true;
+    const auto bits = detail::fieldAt<std::int16_t>(header, bitsPerVoxel);
+    if (bits == 16 || bits == 12)
+        return true;
+    detail::report(bits, " bits", request);
+    return false;
 }
 
 detail::ImageShape shapeIn(const Header &header)
