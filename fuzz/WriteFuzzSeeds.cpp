@@ -7,13 +7,13 @@
 #include "tests/endurance/EditSource.h"
 #include "tests/formats/SlicBytes.h"
 #include "tests/support/DicomFileBuilder.h"
+#include "tests/support/Files.h"
 
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <iterator>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -35,12 +35,6 @@ ImagePointer sampleImage(int dataType, int frames, int channels)
     image->setSpacing(0.5f, 0.25f, 3.0f, 1.0f);
     image->setMetaData("Modality", "MR");
     return image;
-}
-
-std::string contentOf(const std::filesystem::path &path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
 class SeedFolder

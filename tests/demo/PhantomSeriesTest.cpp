@@ -2,6 +2,7 @@
 
 #include "demo/PhantomVolume.h"
 #include "serialization/dicom/DicomLoader.h"
+#include "tests/support/Files.h"
 
 #include <gdcmImageReader.h>
 #include <gdcmStringFilter.h>
@@ -10,7 +11,6 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <memory>
 #include <set>
 #include <string>
@@ -80,12 +80,6 @@ public:
     gdcm::StringFilter filter;
     bool good = false;
 };
-
-std::string contents(const fs::path &path)
-{
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
 
 } // namespace
 
@@ -183,9 +177,9 @@ TEST_F(PhantomSeries, equalParametersGiveEqualFiles)
         if (!entry.is_regular_file())
             continue;
         ++files;
-        const std::string first = contents(entry.path());
+        const std::string first = contentOf(entry.path());
         EXPECT_GT(first.size(), 100u);
-        EXPECT_EQ(first, contents(folder / "b" / fs::relative(entry.path(), folder / "a"))) << entry.path();
+        EXPECT_EQ(first, contentOf(folder / "b" / fs::relative(entry.path(), folder / "a"))) << entry.path();
     }
     EXPECT_EQ(files, 14); // 12 images and two tables
 }

@@ -2,12 +2,12 @@
 
 #include "Common/ImageTypes.h"
 #include "serialization/dicom/DicomLoader.h"
+#include "tests/support/Command.h"
 #include "tests/support/DicomFileBuilder.h"
+#include "tests/support/Files.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstdio>
 #include <cstring>
 #include <sstream>
 #include <utility>
@@ -26,14 +26,6 @@ std::unique_ptr<MERV::Image> makeImage(int type, int width, int height, int dept
     image->setSpacing(0.25F, 0.5F, 2.0F, 1.0F);
     image->computeMinMax();
     return image;
-}
-
-std::string contentOf(const std::filesystem::path &path)
-{
-    std::ifstream stream(path, std::ios::binary);
-    std::ostringstream content;
-    content << stream.rdbuf();
-    return content.str();
 }
 
 // Value of an element in an explicit little endian file, found by its bytes; "(none)" when it is not there,
@@ -64,23 +56,6 @@ int word(const std::string &file, unsigned group, unsigned number, const std::st
     std::int16_t bits = 0;
     std::memcpy(&bits, value.data(), 2);
     return vr == "SS" ? bits : static_cast<std::uint16_t>(bits);
-}
-
-std::string outputOf(const std::string &command)
-{
-    std::string output;
-    std::array<char, 512> buffer{};
-    if (FILE *pipe = popen((command + " 2>/dev/null").c_str(), "r")) {
-        while (fgets(buffer.data(), buffer.size(), pipe) != nullptr)
-            output += buffer.data();
-        pclose(pipe);
-    }
-    return output;
-}
-
-bool hasProgram(const std::string &name)
-{
-    return !outputOf("command -v " + name).empty();
 }
 
 } // namespace

@@ -2,7 +2,9 @@
 
 #include "Common/ImageTypes.h"
 #include "serialization/dicom/DicomDirectory.h"
+#include "tests/support/Command.h"
 #include "tests/support/DicomFileBuilder.h"
+#include "tests/support/Files.h"
 #include "tests/support/TestData.h"
 
 #include <gtest/gtest.h>
@@ -11,7 +13,6 @@
 #include <array>
 #include <chrono>
 #include <cmath>
-#include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <map>
@@ -34,23 +35,6 @@ std::string folderOf(const std::string &name)
     const std::string variable = folderOf(name);                                                             \
     if (variable.empty())                                                                                    \
     GTEST_SKIP() << "no test data in " << name
-
-std::string outputOf(const std::string &command)
-{
-    std::string output;
-    std::array<char, 4096> buffer{};
-    if (FILE *pipe = popen((command + " 2>/dev/null").c_str(), "r")) {
-        while (fgets(buffer.data(), buffer.size(), pipe) != nullptr)
-            output += buffer.data();
-        pclose(pipe);
-    }
-    return output;
-}
-
-bool hasProgram(const std::string &name)
-{
-    return !outputOf("command -v " + name).empty();
-}
 
 std::string quoted(const std::string &path)
 {
@@ -84,12 +68,12 @@ std::string dumpedPixels(const std::string &path, const fs::path &folder)
             fs::remove(entry.path());
     }
     outputOf("dcmdump +W " + folder.string() + " " + own.string());
-    std::ostringstream bytes;
+    std::string bytes;
     for (const auto &entry : fs::directory_iterator(folder)) {
         if (entry.path().extension() == ".raw")
-            bytes << std::ifstream(entry.path(), std::ios::binary).rdbuf();
+            bytes += contentOf(entry.path());
     }
-    return bytes.str();
+    return bytes;
 }
 
 std::vector<std::map<std::string, std::string>> expectedRows(const std::string &path)

@@ -1,19 +1,19 @@
 // House rules of the documents:
 //
-//   Links and pictures of README.md, CONTRIBUTING.md and of all Markdown below docs/ lead to files that exist,
-//   and to headings that exist; a picture is not larger than 150 KB. In docs/manual bold type is kept for the texts of the
-//   program, as they stand in English, without the mark of the keyboard's letter: **Analyze**, **Image > New
-//   > New slice selector**. What is stressed stands in *italics*; keys, file names and names of the code in
-//   `code`.
+//   Links and pictures of README.md, CONTRIBUTING.md and of all Markdown below docs/ lead to files that
+//   exist, and to headings that exist; a picture is not larger than 150 KB. In docs/manual bold type is kept
+//   for the texts of the program, as they stand in English, without the mark of the keyboard's letter:
+//   **Analyze**, **Image > New > New slice selector**. What is stressed stands in *italics*; keys, file names
+//   and names of the code in `code`.
+
+#include "tests/support/Files.h"
 
 #include <algorithm>
 #include <cctype>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <regex>
 #include <set>
 #include <string>
@@ -29,12 +29,6 @@ fs::path root()
 {
     const char *folder = std::getenv("TEVORA_SOURCE_DIR");
     return folder != nullptr ? folder : ".";
-}
-
-std::string readFile(const fs::path &path)
-{
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 std::vector<fs::path> documents(const fs::path &folder)
@@ -87,7 +81,7 @@ std::string anchorOf(const std::string &heading)
 
 bool hasHeading(const fs::path &document, const std::string &anchor)
 {
-    const std::string text = "\n" + std::regex_replace(readFile(document), std::regex("```[^`]*```"), "");
+    const std::string text = "\n" + std::regex_replace(contentOf(document), std::regex("```[^`]*```"), "");
     const std::vector<std::string> headings = allMatches(text, "\n#+ +([^\n]*)");
     return std::any_of(headings.begin(), headings.end(),
                        [&](const std::string &heading) { return anchorOf(heading) == anchor; });
@@ -113,7 +107,7 @@ std::string faultOf(const fs::path &document, const std::string &link)
 std::set<std::string> programTexts()
 {
     std::set<std::string> texts;
-    const std::string translations = readFile(root() / "resources/translations/en.ts");
+    const std::string translations = contentOf(root() / "resources/translations/en.ts");
     for (std::string text : allMatches(translations, "<source>([^<]*)</source>")) {
         for (const auto &[entity, sign] : {std::pair("&lt;", "<"), std::pair("&gt;", ">"),
                                            std::pair("&quot;", "\""), std::pair("&apos;", "'")})
@@ -145,7 +139,7 @@ TEST(Docs, linksAndPicturesExist)
     all.push_back(root() / "CONTRIBUTING.md");
     std::size_t links = 0;
     for (const fs::path &document : all) {
-        for (const std::string &link : allMatches(withoutCode(readFile(document)), "\\]\\(([^)\\s]+)\\)")) {
+        for (const std::string &link : allMatches(withoutCode(contentOf(document)), "\\]\\(([^)\\s]+)\\)")) {
             if (link.find("://") != std::string::npos)
                 continue;
             ++links;
@@ -161,7 +155,7 @@ TEST(Docs, boldTextsOfTheManualAreTextsOfTheProgram)
     ASSERT_TRUE(texts.count("Open Dicom Series ..."));
     std::size_t labels = 0;
     for (const fs::path &document : documents(root() / "docs/manual")) {
-        for (const std::string &label : allMatches(withoutCode(readFile(document)), "\\*\\*([^*]+)\\*\\*")) {
+        for (const std::string &label : allMatches(withoutCode(contentOf(document)), "\\*\\*([^*]+)\\*\\*")) {
             for (const std::string &step : stepsOf(std::regex_replace(label, std::regex("\\s+"), " "))) {
                 ++labels;
                 EXPECT_TRUE(texts.count(step)) << document << ": " << label;
@@ -173,9 +167,9 @@ TEST(Docs, boldTextsOfTheManualAreTextsOfTheProgram)
 
 TEST(Docs, programOfTheLibrarysPageIsTheOneThatIsBuilt)
 {
-    const std::string program = readFile(root() / "tests/docs/corrected_edge_points.cpp");
+    const std::string program = contentOf(root() / "tests/docs/corrected_edge_points.cpp");
     ASSERT_FALSE(program.empty());
-    EXPECT_NE(readFile(root() / "docs/manual/library.md").find("```cpp\n" + program + "```"),
+    EXPECT_NE(contentOf(root() / "docs/manual/library.md").find("```cpp\n" + program + "```"),
               std::string::npos);
 }
 

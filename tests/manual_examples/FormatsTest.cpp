@@ -24,6 +24,7 @@
 #include "serialization/formats/WindowsBitmapSerializer.h"
 #include "serialization/formats/WindowsBitmapUnserializer.h"
 #include "tests/manual_examples/WorkedStack.h"
+#include "tests/support/Files.h"
 #include "tests/support/ManualText.h"
 #include "tests/support/TestVolume.h"
 
@@ -99,14 +100,6 @@ std::string written(ImageObject &object)
     return stream.str();
 }
 
-std::string contentOf(const QString &path)
-{
-    std::ifstream stream(path.toStdString(), std::ios::binary);
-    std::ostringstream content;
-    content << stream.rdbuf();
-    return content.str();
-}
-
 std::string exampleText(const std::string &example)
 {
     return manual::withoutSigns(manual::blockText(page(), example));
@@ -167,8 +160,8 @@ TEST(MetaImageExample, isWhatTheSerializerWrites)
     MervImageObject volume(voxels.release(), "knee 1", nullptr);
     MhdSerializer writer;
     ASSERT_TRUE(writer.serialize(&volume, folder.filePath("knee 1.mhd").toStdWString().c_str()));
-    EXPECT_EQ(contentOf(folder.filePath("knee 1.mhd")), exampleText("metaimage header"));
-    EXPECT_EQ(contentOf(folder.filePath("knee_1.raw")), std::string(3 * 2 * 2 * 2, '\0'));
+    EXPECT_EQ(contentOf(folder.filePath("knee 1.mhd").toStdString()), exampleText("metaimage header"));
+    EXPECT_EQ(contentOf(folder.filePath("knee_1.raw").toStdString()), std::string(3 * 2 * 2 * 2, '\0'));
 
     MhdUnserializer reader;
     const std::unique_ptr<ImageObject> read(

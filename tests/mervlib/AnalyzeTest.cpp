@@ -55,13 +55,13 @@ TYPED_TEST_SUITE(AnalyzeOfType, VoxelTypes);
 TYPED_TEST(AnalyzeOfType, bothWritersAndReadersRoundTrip)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     const auto image = numberedImage<TypeParam>(5, 4, 3, 2, 1);
     image->setSpacing(0.3125f, 0.7f, 3.3f, 9.0f);
     EXPECT_EQ(saveAnalyze((folder / "narrow").c_str(), image.get()), 0);
     EXPECT_EQ(saveAnalyze(folder.wide(L"wide").c_str(), image.get()), 0);
-    EXPECT_EQ(readFile(folder / "narrow.hdr"), readFile(folder / "wide.hdr"));
-    EXPECT_EQ(readFile(folder / "narrow.img"), readFile(folder / "wide.img"));
+    EXPECT_EQ(contentOf(folder / "narrow.hdr"), contentOf(folder / "wide.hdr"));
+    EXPECT_EQ(contentOf(folder / "narrow.img"), contentOf(folder / "wide.img"));
     const ImagePointer copies[] = {loaded(folder / "narrow.hdr"),
                                    ImagePointer(loadAnalyze(folder.wide(L"wide.hdr").c_str()))};
     for (const ImagePointer &copy : copies) {
@@ -88,8 +88,8 @@ TEST(AnalyzeWriter, headerHasTheseBytesAndZerosElsewhere)
     expected.u16(42, 5).u16(44, 4).u16(46, 3).u16(48, 2).u16(70, 4).u16(72, 16);
     expected.f32(80, 0.3125f).f32(84, 0.7f).f32(88, 3.3f);
     expected.u32(140, 1234).u32(144, 0x100000000u - 60);
-    EXPECT_EQ(readFile(folder / "i.hdr"), expected.str());
-    EXPECT_EQ(readFile(folder / "i.img").size(), 5u * 4 * 3 * 2 * 2);
+    EXPECT_EQ(contentOf(folder / "i.hdr"), expected.str());
+    EXPECT_EQ(contentOf(folder / "i.img").size(), 5u * 4 * 3 * 2 * 2);
 }
 
 TEST(AnalyzeWriter, typesHaveTheseCodes)
@@ -97,8 +97,8 @@ TEST(AnalyzeWriter, typesHaveTheseCodes)
     const TempFolder folder;
     saveAnalyze((folder / "b").c_str(), numberedImage<unsigned char>(1, 1, 1, 1, 1).get());
     saveAnalyze((folder / "f").c_str(), numberedImage<float>(1, 1, 1, 1, 1).get());
-    EXPECT_EQ(readFile(folder / "b.hdr").substr(70, 4), std::string("\x02\x00\x08\x00", 4));
-    EXPECT_EQ(readFile(folder / "f.hdr").substr(70, 4), std::string("\x10\x00\x20\x00", 4));
+    EXPECT_EQ(contentOf(folder / "b.hdr").substr(70, 4), std::string("\x02\x00\x08\x00", 4));
+    EXPECT_EQ(contentOf(folder / "f.hdr").substr(70, 4), std::string("\x10\x00\x20\x00", 4));
 }
 
 TEST(AnalyzeWriter, rangeSaturates)
@@ -107,7 +107,7 @@ TEST(AnalyzeWriter, rangeSaturates)
     const auto image = numberedImage<float>(1, 1, 1, 1, 1);
     image->setMinMax(-1e20f, std::numeric_limits<float>::infinity());
     EXPECT_EQ(saveAnalyze((folder / "i").c_str(), image.get()), 0);
-    EXPECT_EQ(readFile(folder / "i.hdr").substr(140, 8), std::string("\xFF\xFF\xFF\x7F\x00\x00\x00\x80", 8));
+    EXPECT_EQ(contentOf(folder / "i.hdr").substr(140, 8), std::string("\xFF\xFF\xFF\x7F\x00\x00\x00\x80", 8));
 }
 
 TEST(AnalyzeWriter, refusesOtherTypesBeforeAnyFileIsTouched)
@@ -115,13 +115,13 @@ TEST(AnalyzeWriter, refusesOtherTypesBeforeAnyFileIsTouched)
     const TempFolder folder;
     writeFile(folder / "i.hdr", "old");
     for (const int type : {TypeChar, TypeUShort, TypeInt, TypeUInt, TypeDouble}) {
-        const CapturedOutput output;
+        const CapturedText output;
         const ImagePointer image(createImage(type));
         image->setDimensions(1, 1, 1, 1, 1);
         EXPECT_EQ(saveAnalyze((folder / "i").c_str(), image.get()), 1);
         EXPECT_EQ(output.text(), "Common >> Error: Datatype not supported by Analyze format!\n");
     }
-    EXPECT_EQ(readFile(folder / "i.hdr"), "old");
+    EXPECT_EQ(contentOf(folder / "i.hdr"), "old");
 }
 
 TEST(AnalyzeWriter, refusesExtentsThatTheHeaderCannotHold)
@@ -137,7 +137,7 @@ TEST(AnalyzeWriter, reportsFilesThatCannotBeCreated)
 {
     const TempFolder folder;
     const auto image = numberedImage<short>(2, 2, 1, 1, 1);
-    const CapturedOutput output;
+    const CapturedText output;
     EXPECT_EQ(saveAnalyze((folder / "none/i").c_str(), image.get()), 1);
     std::filesystem::create_directory(folder / "i.img");
     EXPECT_EQ(saveAnalyze(folder.wide(L"i").c_str(), image.get()), 1);
@@ -149,7 +149,7 @@ TEST(AnalyzeWriter, reportsFilesThatCannotBeCreated)
 TEST(AnalyzeWriter, countsEachStreamThatFails)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     const auto image = numberedImage<short>(2, 2, 1, 1, 1);
     std::filesystem::create_symlink("/dev/full", folder / "a.img");
     EXPECT_EQ(saveAnalyze((folder / "a").c_str(), image.get()), 1);
@@ -161,7 +161,7 @@ TEST(AnalyzeWriter, countsEachStreamThatFails)
 TEST(AnalyzeReader, readsAHeaderPutTogetherByHand)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     const ImagePointer image =
         loadedFrom(folder, header(2, 1, 1, 2, 4).str(), std::string("\1\0\2\0\3\0\xFE\xFF", 8));
     ASSERT_NE(image, nullptr);
@@ -180,7 +180,7 @@ TEST(AnalyzeReader, wideFormHasWordsOfItsOwn)
     const TempFolder folder;
     writeFile(folder / "v.hdr", header(2, 1, 1, 1, 2).str());
     writeFile(folder / "v.img", "ab");
-    const CapturedOutput output;
+    const CapturedText output;
     const ImagePointer image(loadAnalyze(folder.wide(L"v.hdr").c_str()));
     EXPECT_NE(image, nullptr);
     EXPECT_EQ(output.text(), "Common >> Loading data file \"" + (folder / "v.img") +
@@ -190,7 +190,7 @@ TEST(AnalyzeReader, wideFormHasWordsOfItsOwn)
 TEST(AnalyzeReader, otherByteOrderIsKnownByTheNumberOfAxes)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     const Bytes turned = turnedHeader(2, 1, 1, 2, 4);
     ASSERT_EQ(turned.str().substr(40, 2), std::string("\0\4", 2)); // reads as 1024
     const ImagePointer image = loadedFrom(folder, turned.str(), std::string("\0\1\0\2\0\3\xFF\xFE", 8));
@@ -205,7 +205,7 @@ TEST(AnalyzeReader, otherByteOrderIsKnownByTheNumberOfAxes)
 TEST(AnalyzeReader, limitsOfTheNumberOfAxes)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     EXPECT_NE(loadedFrom(folder, header(1, 1, 1, 1, 2).u16(40, 15).str(), "x"), nullptr);
     EXPECT_NE(loadedFrom(folder, header(1, 1, 1, 1, 2).u16(40, 0).str(), "x"), nullptr);
     EXPECT_EQ(loadedFrom(folder, header(1, 1, 1, 1, 2).u16(40, 16).str(), "x"), nullptr);
@@ -216,7 +216,7 @@ TEST(AnalyzeReader, limitsOfTheNumberOfAxes)
 TEST(AnalyzeReader, otherTypesAreNullWithoutAMessage)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     EXPECT_EQ(loadedFrom(folder, header(1, 1, 1, 1, 8).str(), "abcd"), nullptr);
     EXPECT_EQ(output.text() + output.errors(), "");
 }
@@ -224,7 +224,7 @@ TEST(AnalyzeReader, otherTypesAreNullWithoutAMessage)
 TEST(AnalyzeReader, framesBelowOneCountAsOneAndOtherExtentsDoNot)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     const ImagePointer image = loadedFrom(folder, header(2, 1, 1, 0, 2).u16(40, 3).str(), "ab");
     ASSERT_NE(image, nullptr);
     EXPECT_EQ(image->getFrames(), 1);
@@ -238,7 +238,7 @@ TEST(AnalyzeReader, reportsHeadersThatCannotBeRead)
 {
     const TempFolder folder;
     writeFile(folder / "short.hdr", header(1, 1, 1, 1, 2).str().substr(0, 347));
-    const CapturedOutput output;
+    const CapturedText output;
     EXPECT_EQ(loaded(folder / "none.hdr"), nullptr);
     EXPECT_EQ(output.errors(), "Can't open:<" + (folder / "none.hdr") + ">\n");
     EXPECT_EQ(output.text(), "");
@@ -254,7 +254,7 @@ TEST(AnalyzeReader, wideFormReportsWhatItExpected)
     const TempFolder folder;
     writeFile(folder / "v.hdr", header(2, 3, 4, 1, 2).str());
     writeFile(folder / "v.img", "abc");
-    const CapturedOutput output;
+    const CapturedText output;
     EXPECT_EQ(loadAnalyze(folder.wide(L"v.hdr").c_str()), nullptr);
     EXPECT_THAT(output.text(),
                 HasSubstr("Common >> Error occured while loading image data, expected resolution "
@@ -263,7 +263,7 @@ TEST(AnalyzeReader, wideFormReportsWhatItExpected)
 
 TEST(AnalyzeReader, shortPathsAreNoHarm)
 {
-    const CapturedOutput output;
+    const CapturedText output;
     EXPECT_EQ(loaded(""), nullptr);
     EXPECT_EQ(loaded("ab"), nullptr);
     EXPECT_EQ(loadAnalyze(static_cast<const char *>(nullptr)), nullptr);
@@ -273,7 +273,7 @@ TEST(AnalyzeReader, shortPathsAreNoHarm)
 TEST(AnalyzeReader, truncatedFilesAreNullOrWhole)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     const std::string voxels = "abcdefgh";
     for (const Bytes &bytes : {header(2, 2, 1, 1, 4), turnedHeader(2, 2, 1, 1, 4)}) {
         const std::string whole = bytes.str();

@@ -206,7 +206,7 @@ TYPED_TEST(EdgeDetection, edges3DEqualPlainFormulas)
             const double largest = static_cast<double>(std::numeric_limits<TypeParam>::max());
             for (float &value : expected)
                 value = static_cast<float>(std::min<double>(value, largest));
-            CapturedOutput output;
+            CapturedText output;
             MERV::detectEdges3D(image.get(), threshold);
             EXPECT_EQ(valuesOf(*image), expected);
         }
@@ -302,7 +302,7 @@ TEST(EdgeDetection2D, nullAndEmptyImages)
         EXPECT_EQ(MERV::detectEdges2D(image, 1.0f), nullptr);
         MERV::detectEdges2DBytes(image, 1.0f, &byte);
         MERV::detectEdges2DFloats(image, 1.0f, &number);
-        CapturedOutput output;
+        CapturedText output;
         MERV::detectEdges3D(image, 1.0f);
         EXPECT_EQ(output.text(), "");
     }
@@ -316,7 +316,7 @@ TEST(EdgeDetection3D, reportsItsSteps)
     ImagePtr image = newImage(MERV::TypeShort, {3, 3, 3});
     image->setVoxel(50.0f, 0, 0, 0, 0, 0);
     image->setVerbose(1);
-    CapturedOutput output;
+    CapturedText output;
     MERV::detectEdges3D(image.get(), 10.0f);
     EXPECT_EQ(output.text(), "computing Gradient Magnitude...\n"
                              "Computing 3D gradient...\n"
@@ -331,7 +331,7 @@ TEST(EdgeDetection3D, constantImageIsNotMarked)
 {
     ImagePtr image = newImage(MERV::TypeFloat, {6, 6, 6});
     fill(*image, std::vector<float>(216, 77.0f));
-    CapturedOutput output;
+    CapturedText output;
     MERV::detectEdges3D(image.get(), 10.0f);
     EXPECT_EQ(valuesOf(*image), std::vector<float>(216, 77.0f));
 }
@@ -343,7 +343,7 @@ TEST(EdgeDetection3D, marksTheSurfaceOfABoxInTheImageItself)
         for (int y = 4; y < 8; ++y)
             for (int x = 4; x < 8; ++x)
                 image->setVoxel(500.0f, x, y, z, 0, 0);
-    CapturedOutput output;
+    CapturedText output;
     MERV::detectEdges3D(image.get(), 500.0f);
     EXPECT_EQ(image->getVoxel(4, 6, 6, 0, 0), 4095.0f); // beside the step
     EXPECT_EQ(image->getVoxel(1, 6, 6, 0, 0), 0.0f);    // far from it
@@ -360,7 +360,7 @@ TEST(EdgeDetection3D, weakVoxelNeedsANeighbourStrictlyAboveHigh)
                 for (int x = 0; x < 7; ++x)
                     image->setVoxel((y <= 3 ? a : 1.0f) * static_cast<float>(std::clamp(x - 3, -1, 1)), x, y,
                                     z, 0, 0);
-        CapturedOutput output;
+        CapturedText output;
         MERV::detectEdges3D(image.get(), 20.0f);
         EXPECT_EQ(image->getVoxel(3, 2, 2, 0, 0), 4095.0f); // reaches 3 * 20 itself
         EXPECT_EQ(image->getVoxel(3, 3, 2, 0, 0), a == 3.0f ? 0.0f : 4095.0f);

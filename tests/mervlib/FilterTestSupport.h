@@ -2,14 +2,13 @@
 #pragma once
 
 #include "Common/ImageBase.h"
+#include "tests/support/CapturedText.h"
 
 #include <array>
 #include <cstdint>
 #include <gtest/gtest.h>
-#include <iostream>
 #include <limits>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -32,23 +31,6 @@ struct Size
 };
 inline const std::vector<Size> sizes{{1, 1, 1}, {2, 2, 2}, {1, 9, 3}, {9, 2, 3},  {3, 3, 1},
                                      {3, 3, 3}, {5, 5, 2}, {7, 5, 4}, {19, 6, 3}, {10, 10, 1}};
-
-// What is written to std::cout in the life of the object.
-class CapturedOutput
-{
-public:
-    CapturedOutput()
-        : before(std::cout.rdbuf(stream.rdbuf()))
-    {}
-    ~CapturedOutput() { std::cout.rdbuf(before); }
-    CapturedOutput(const CapturedOutput &) = delete;
-    CapturedOutput &operator=(const CapturedOutput &) = delete;
-    std::string text() const { return stream.str(); }
-
-private:
-    std::ostringstream stream;
-    std::streambuf *before;
-};
 
 inline ImagePtr newImage(int dataType, Size size, int frames = 1, int channels = 1)
 {

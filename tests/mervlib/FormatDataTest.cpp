@@ -37,7 +37,7 @@ protected:
         return found;
     }
 
-    CapturedOutput output;
+    CapturedText output;
 };
 
 // --- MetaImage ---
@@ -90,7 +90,7 @@ ExpectedMetaImage expectedOf(const std::filesystem::path &path)
         bytes *= static_cast<std::uint64_t>(extent);
     const std::string name = entries["ElementDataFile"];
     std::string content =
-        name == "LOCAL" ? readFile(path.string()).substr(headerBytes) : readFile(path.parent_path() / name);
+        name == "LOCAL" ? contentOf(path.string()).substr(headerBytes) : contentOf(path.parent_path() / name);
     if (content.size() >= bytes)
         expected.voxels = content.substr(0, bytes);
     return expected;
@@ -145,7 +145,7 @@ TEST_F(RealData, analyzeOfTheOtherByteOrder)
     EXPECT_NEAR(image->getSpacing(2), 2.2f, 1e-5f);
     EXPECT_EQ(image->getMinimum(), 0.0f);
     EXPECT_EQ(image->getMaximum(), 1162.0f);
-    const std::string bytes = readFile(folder + "example4d-be.img");
+    const std::string bytes = contentOf(folder + "example4d-be.img");
     for (std::size_t i = 0; i < bytes.size() / 2; i += 997) {
         const int high = static_cast<unsigned char>(bytes[2 * i]);
         const int low = static_cast<unsigned char>(bytes[2 * i + 1]);
@@ -199,7 +199,7 @@ TEST_F(RealData, bitmapsLoadWithTheSizesOfTheirHeadersOrAreRefused)
     for (const char *folder : {"g", "q", "b", "x"}) {
         for (const auto &path : files(std::string("bmp/bmpsuite/") + folder, {".bmp"})) {
             ++count;
-            const std::string bytes = readFile(path.string());
+            const std::string bytes = contentOf(path.string());
             const ImagePointer image = loadedBitmap(path);
             ASSERT_EQ(image != nullptr, isReadableBitmap(bytes)) << path;
             if (image == nullptr)

@@ -43,7 +43,7 @@ protected:
     void SetUp() override
     {
         ASSERT_EQ(localedefResult, 0) << "localedef (package locales) cannot make de_DE.UTF-8";
-        setenv("LOCPATH", localeFolder->path.c_str(), 1);
+        setenv("LOCPATH", localeFolder->path().c_str(), 1);
         ASSERT_NE(std::setlocale(LC_ALL, "de_DE.UTF-8"), nullptr)
             << "de_DE.UTF-8 was made but cannot be used";
         std::locale::global(std::locale(std::locale(), new GermanPunctuation));
@@ -67,7 +67,7 @@ protected:
 
 TEST_F(FormatsUnderGermanLocale, metaImageIsWrittenAndReadAsEver)
 {
-    const CapturedOutput output;
+    const CapturedText output;
     const auto image = numberedImage<short>(1024, 2, 2, 1, 1);
     image->setSpacing(0.3125f, 1234.5f, 2.5f, 1.0f);
     const float position[3] = {-1024.5f, 0.25f, 0.0f};
@@ -75,10 +75,10 @@ TEST_F(FormatsUnderGermanLocale, metaImageIsWrittenAndReadAsEver)
     EXPECT_EQ(saveMetaImage((folder / "narrow").c_str(), image.get()), 0);
     EXPECT_EQ(saveMetaImage(folder.wide(L"wide").c_str(), image.get()), 0);
     EXPECT_THAT(
-        readFile(folder / "narrow.mhd"),
+        contentOf(folder / "narrow.mhd"),
         HasSubstr("DimSize = 1024 2 2\nElementSpacing = 0.312500 1234.500000 2.500000\nPosition = 0 0 0\n"
                   "ImagePositionPatient = -1024.500000 0.250000 0.000000\n"));
-    EXPECT_THAT(readFile(folder / "wide.mhd"),
+    EXPECT_THAT(contentOf(folder / "wide.mhd"),
                 HasSubstr("DimSize = 1024 2 2\nElementSpacing = 0.3125 1234.5 2.5\nPosition = 0 0 0\n"
                           "ImagePositionPatient = -1024.5 0.25 0\n"));
     for (const char *name : {"narrow.mhd", "wide.mhd"}) {
@@ -95,7 +95,7 @@ TEST_F(FormatsUnderGermanLocale, metaImageIsWrittenAndReadAsEver)
 
 TEST_F(FormatsUnderGermanLocale, metaImageWithoutTheNumberOfAxesIsReadAsEver)
 {
-    const CapturedOutput output;
+    const CapturedText output;
     writeFile(folder / "v.mhd", "DimSize = 2 1\nElementSpacing = 0.5 1.25\nElementType = MET_UCHAR\n"
                                 "ElementDataFile = v.raw\n");
     writeFile(folder / "v.raw", "ab");
@@ -114,7 +114,7 @@ TEST_F(FormatsUnderGermanLocale, microPetHeaderIsWrittenAsEver)
     const auto image = numberedImage<short>(1024, 2, 2, 1, 1);
     image->setWindowRange(-0.5f, 2048.5f, 0);
     saveMicroPetHeader((folder / "scan").c_str(), (folder / "").c_str(), image.get());
-    const std::string header = readFile(folder / "scan.img.hdr");
+    const std::string header = contentOf(folder / "scan.img.hdr");
     EXPECT_THAT(header, HasSubstr("\nx_dimension 1024\n"));
     EXPECT_THAT(header, HasSubstr("\nminimum -0.5\nmaximum 2048.5\n"));
 }
@@ -122,7 +122,7 @@ TEST_F(FormatsUnderGermanLocale, microPetHeaderIsWrittenAsEver)
 // low -0.5, high 0.5: a = 0.5 * 65530 / 1 = 32765; "-0,5" would be read as 0 and nothing rescaled.
 TEST_F(FormatsUnderGermanLocale, raw12BitCalibrationIsReadAsEver)
 {
-    const CapturedOutput output;
+    const CapturedText output;
     Bytes bytes(288 + 2);
     bytes.u32(0, 815).u16(4, 288).text(149, "-0.5 0.5").u16(190, 12);
     bytes.u32(232, 1).u32(236, 1).u32(240, 1).u16(288, 32765);
@@ -134,7 +134,7 @@ TEST_F(FormatsUnderGermanLocale, raw12BitCalibrationIsReadAsEver)
 
 TEST_F(FormatsUnderGermanLocale, messagesAreWrittenAsEver)
 {
-    const CapturedOutput output;
+    const CapturedText output;
     const auto image = numberedImage<float>(1024, 1, 1, 1, 1);
     image->setValue(-0.5f, 0);
     image->setValue(1500.5f, 1);

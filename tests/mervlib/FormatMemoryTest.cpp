@@ -29,7 +29,7 @@ protected:
     template <class Read>
     void expectNull(const Read &read)
     {
-        const CapturedOutput output;
+        const CapturedText output;
         const MemoryLimit limit(allowance);
         ASSERT_TRUE(limit.isSet);
         EXPECT_EQ(ImagePointer(read()), nullptr);
@@ -138,7 +138,7 @@ TEST_F(LyingHeaders, rawBlockOfAFreedBuffer)
     image.setBufferExternal();
     image.setDimensions(1 << 20, 1 << 10, 1, 1, 1);
     image.clearBufferExternal();
-    const CapturedOutput output;
+    const CapturedText output;
     const MemoryLimit limit(allowance);
     std::istringstream stream("abc");
     EXPECT_EQ(image.load(stream, false), 1);

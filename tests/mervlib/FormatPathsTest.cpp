@@ -41,7 +41,7 @@ protected:
     }
 
     TempFolder temporary;
-    CapturedOutput output;
+    CapturedText output;
     std::unique_ptr<ImageBase<short>> image = numberedImage<short>(4, 3, 2, 1, 1);
 };
 
@@ -104,7 +104,7 @@ TEST_P(FormatsAtPath, microPetHeader)
     const std::string folder = temporary / (GetParam().folder + '/');
     writeFile(folder + "template.img.hdr", "a\n");
     saveMicroPetHeader(base().c_str(), folder.c_str(), image.get());
-    EXPECT_EQ(readFile(base() + ".img.hdr"), "a\n");
+    EXPECT_EQ(contentOf(base() + ".img.hdr"), "a\n");
 }
 
 TEST_P(FormatsAtPath, rawBlock)
@@ -149,7 +149,7 @@ protected:
     }
 
     TempFolder temporary;
-    CapturedOutput output;
+    CapturedText output;
     std::unique_ptr<ImageBase<short>> image = numberedImage<short>(4, 3, 2, 1, 1);
 };
 
@@ -183,7 +183,7 @@ TEST_F(FormatsInReadOnlyFolder, others)
 TEST(FormatsWithWidePaths, whatIsNoCharacterIsReplaced)
 {
     const TempFolder temporary;
-    const CapturedOutput output;
+    const CapturedText output;
     const auto image = numberedImage<short>(1, 1, 1, 1, 1);
     const std::wstring name{static_cast<wchar_t>(0xD800), static_cast<wchar_t>(0x7FFFFFFF)};
     EXPECT_EQ(saveAnalyze(temporary.wide(name).c_str(), image.get()), 0);

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "Common/ImageBase.h"
+#include "tests/support/CapturedText.h"
+#include "tests/support/Files.h"
 
 #include <gtest/gtest.h>
 
@@ -8,72 +10,30 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <iostream>
-#include <iterator>
 #include <memory>
-#include <sstream>
-#include <stdlib.h>
 #include <string>
 #include <type_traits>
 #include <vector>
 
-// A folder of its own for a test, deleted at the end.
+// A folder of its own for a test, whose files have names for the library's functions: plain or wide.
 class TempFolder
 {
 public:
-    TempFolder()
-    {
-        std::string pattern = std::filesystem::temp_directory_path() / "tevora_formats_XXXXXX";
-        path = mkdtemp(pattern.data());
-    }
-    ~TempFolder() { std::filesystem::remove_all(path); }
-    TempFolder(const TempFolder &) = delete;
-    TempFolder &operator=(const TempFolder &) = delete;
-
-    std::string operator/(const std::string &name) const { return path + '/' + name; }
+    std::string operator/(const std::string &name) const { return (folder / name).string(); }
     std::wstring wide(const std::wstring &name) const
     {
-        return std::wstring(path.begin(), path.end()) + L'/' + name;
+        const std::string plain = path();
+        return std::wstring(plain.begin(), plain.end()) + L'/' + name; // whatever the locale
     }
-
-    std::string path;
-};
-
-// Standard output and standard error as long as it lives.
-class CapturedOutput
-{
-public:
-    CapturedOutput()
-        : outBuffer(std::cout.rdbuf(out.rdbuf()))
-        , errBuffer(std::cerr.rdbuf(err.rdbuf()))
-    {}
-    ~CapturedOutput()
-    {
-        std::cout.rdbuf(outBuffer);
-        std::cerr.rdbuf(errBuffer);
-    }
-    CapturedOutput(const CapturedOutput &) = delete;
-    CapturedOutput &operator=(const CapturedOutput &) = delete;
-
-    std::string text() const { return out.str(); }
-    std::string errors() const { return err.str(); }
+    std::string path() const { return folder.string(); }
 
 private:
-    std::ostringstream out;
-    std::ostringstream err;
-    std::streambuf *outBuffer;
-    std::streambuf *errBuffer;
+    TemporaryFolder folder;
 };
 
 inline void writeFile(const std::string &path, const std::string &bytes)
 {
     std::ofstream(path, std::ios::binary) << bytes;
-}
-
-inline std::string readFile(const std::string &path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
 // Calls use(size) with the file cut to each size, from the whole down to nothing.

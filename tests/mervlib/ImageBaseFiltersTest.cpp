@@ -162,7 +162,7 @@ TYPED_TEST(ImageBaseFilters, typeZeroMeansOwnTypeAndUnsignedIsRefusedIn2DOnly)
     const int type = MERV::DataTypeOf<TypeParam>::value;
     ImagePtr source = newImage(type, {4, 4, 3});
     const std::vector<float> kernel = someKernel(3, 3);
-    CapturedOutput output;
+    CapturedText output;
     ImagePtr flat(source->computeFilteredImage2D(0, kernel.data(), 3, nullptr, 0));
     ImagePtr solid(source->computeFilteredImage3D(0, kernel.data(), 3, nullptr, 0));
     ASSERT_TRUE(solid);
@@ -200,7 +200,7 @@ TEST(ImageBaseFilter2D, everyUnsignedTypeIsRefusedOnceAndNothingIsWritten)
     fill(*given, std::vector<float>(16, 5.0f));
     const std::vector<float> kernel = someKernel(3, 2);
     for (int type : unsignedCodes) {
-        CapturedOutput output;
+        CapturedText output;
         EXPECT_EQ(source->computeFilteredImage2D(type, kernel.data(), 3, given.get(), 0), nullptr);
         EXPECT_EQ(output.text(), unsignedMessage);
     }
@@ -212,7 +212,7 @@ TEST(ImageBaseFilter2D, evenWindowSizeIsRefused)
     ImagePtr source = newImage(MERV::TypeShort, {8, 8, 1});
     const std::vector<float> kernel = someKernel(4, 2);
     for (int window : {4, 2, 0, -1, -2}) {
-        CapturedOutput output;
+        CapturedText output;
         EXPECT_EQ(source->computeFilteredImage2D(0, kernel.data(), window, nullptr, 0), nullptr);
         EXPECT_EQ(output.text(), evenMessage) << window;
     }
@@ -221,7 +221,7 @@ TEST(ImageBaseFilter2D, evenWindowSizeIsRefused)
 TEST(ImageBaseFilter2D, missingFilterIsReportedBeforeEvenWindowSize)
 {
     ImagePtr source = newImage(MERV::TypeShort, {8, 8, 1});
-    CapturedOutput output;
+    CapturedText output;
     EXPECT_EQ(source->computeFilteredImage2D(0, nullptr, 4, nullptr, 0), nullptr);
     EXPECT_EQ(output.text(), missingMessage);
 }
@@ -229,7 +229,7 @@ TEST(ImageBaseFilter2D, missingFilterIsReportedBeforeEvenWindowSize)
 TEST(ImageBaseFilter2D, unsignedTypeIsReportedBeforeMissingFilter)
 {
     ImagePtr source = newImage(MERV::TypeUChar, {8, 8, 1});
-    CapturedOutput output;
+    CapturedText output;
     EXPECT_EQ(source->computeFilteredImage2D(0, nullptr, 4, nullptr, 0), nullptr);
     EXPECT_EQ(output.text(), unsignedMessage);
 }
@@ -238,7 +238,7 @@ TEST(ImageBaseFilter2D, unknownEvenTypeGivesNullSilently)
 {
     ImagePtr source = newImage(MERV::TypeShort, {8, 8, 1});
     const std::vector<float> kernel = someKernel(3, 3);
-    CapturedOutput output;
+    CapturedText output;
     EXPECT_EQ(source->computeFilteredImage2D(5128, kernel.data(), 3, nullptr, 0), nullptr);
     EXPECT_EQ(source->computeFilteredImage3D(5128, kernel.data(), 3, nullptr, 0), nullptr);
     EXPECT_EQ(output.text(), "");
@@ -284,11 +284,11 @@ TEST(ImageBaseFilter3D, refusesMissingFilterAndEvenWindowSize)
     ImagePtr source = newImage(MERV::TypeUChar, {8, 8, 8});
     const std::vector<float> kernel = someKernel(4, 3);
     {
-        CapturedOutput output;
+        CapturedText output;
         EXPECT_EQ(source->computeFilteredImage3D(0, nullptr, 4, nullptr, 0), nullptr);
         EXPECT_EQ(output.text(), missingMessage);
     }
-    CapturedOutput output;
+    CapturedText output;
     EXPECT_EQ(source->computeFilteredImage3D(0, kernel.data(), 4, nullptr, 0), nullptr);
     EXPECT_EQ(output.text(), evenMessage);
 }
@@ -344,7 +344,7 @@ TEST(ImageBaseFilter2D, givenOutputIsWrittenFromItsStartAndEndsSilently)
     float value = 0.0f;
     given->getNextValue(value); // a cursor that is not at the start
     const float doubled[1] = {2.0f};
-    CapturedOutput output;
+    CapturedText output;
     // The type asked for counts for the refusal alone once an output is given.
     EXPECT_EQ(source->computeFilteredImage2D(MERV::TypeChar, doubled, 1, given.get(), 0), given.get());
     EXPECT_EQ(valuesOf(*given), (std::vector<float>{2, 4, 6, 8}));
@@ -450,7 +450,7 @@ TEST(ImageBaseFilter2D, emptyImageGivesNull)
 {
     ImagePtr empty(MERV::createImage(MERV::TypeShort));
     const std::vector<float> kernel = someKernel(3, 3);
-    CapturedOutput output;
+    CapturedText output;
     EXPECT_EQ(empty->computeFilteredImage2D(0, kernel.data(), 3, nullptr, 0), nullptr);
     EXPECT_EQ(empty->computeFilteredImage3D(0, kernel.data(), 3, nullptr, 0), nullptr);
     empty->extendBorder(3);

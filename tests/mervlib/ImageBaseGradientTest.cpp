@@ -221,7 +221,7 @@ TYPED_TEST(ImageBaseGradient, gradient3DEqualsPlainFormulaInAllTypesAndSizes)
                     const std::vector<float> kernel = given ? oddKernel3D() : sobel3D;
                     const float *filter = given ? kernel.data() : nullptr;
                     Slow3D expected = slow3D(*source, type, kernel, keepSize);
-                    CapturedOutput output;
+                    CapturedText output;
                     ImagePtr four(source->compute3DGradient(type, filter, keepSize, true, nullptr));
                     ImagePtr three(source->compute3DGradient(type, filter, keepSize, false, nullptr));
                     ImagePtr one(source->compute3DGradientMagnitude(type, filter, keepSize, nullptr));
@@ -239,7 +239,7 @@ TYPED_TEST(ImageBaseGradient, defaultTypeIsTheOwnOneAndRefusedWhenUnsigned)
 {
     const int type = MERV::DataTypeOf<TypeParam>::value;
     ImagePtr source = newImage(type, {4, 4, 4});
-    CapturedOutput output;
+    CapturedText output;
     ImagePtr flat(source->computeGradient(0, nullptr, true, nullptr));
     ImagePtr solid(source->compute3DGradient(0, nullptr, true, true, nullptr));
     ImagePtr magnitude(source->compute3DGradientMagnitude(0, nullptr, true, nullptr));
@@ -262,12 +262,12 @@ TEST(ImageBaseGradient2D, unsignedTypesAreRefusedOnceEach)
 {
     ImagePtr source = newImage(MERV::TypeShort, {4, 4, 4});
     for (int type : unsignedCodes) {
-        CapturedOutput output;
+        CapturedText output;
         EXPECT_EQ(source->computeGradient(type, nullptr, true, nullptr), nullptr);
         EXPECT_EQ(output.text(), gradientMessage);
     }
     for (int type : unsignedCodes) {
-        CapturedOutput output;
+        CapturedText output;
         EXPECT_EQ(source->compute3DGradient(type, nullptr, true, false, nullptr), nullptr);
         EXPECT_EQ(source->compute3DGradientMagnitude(type, nullptr, true, nullptr), nullptr);
         EXPECT_EQ(output.text(), std::string(gradientMessage) + gradientMessage);
@@ -278,7 +278,7 @@ TEST(ImageBaseGradient2D, unknownEvenTypeGivesNullSilently)
 {
     ImagePtr source = newImage(MERV::TypeShort, {4, 4, 4});
     source->setVerbose(1);
-    CapturedOutput output;
+    CapturedText output;
     EXPECT_EQ(source->computeGradient(5128, nullptr, true, nullptr), nullptr);
     EXPECT_EQ(source->compute3DGradient(5128, nullptr, true, false, nullptr), nullptr);
     EXPECT_EQ(source->compute3DGradientMagnitude(5128, nullptr, true, nullptr), nullptr);
@@ -377,7 +377,7 @@ TEST(ImageBaseGradient2D, givenOutputIsWrittenFromItsStartToItsEnd)
 TEST(ImageBaseGradient2D, emptyImageGivesNull)
 {
     ImagePtr empty(MERV::createImage(MERV::TypeShort));
-    CapturedOutput output;
+    CapturedText output;
     EXPECT_EQ(empty->computeGradient(0, nullptr, true, nullptr), nullptr);
     EXPECT_EQ(empty->computeHessian(0, sobel.data(), nullptr), nullptr);
     EXPECT_EQ(empty->compute3DGradient(0, nullptr, true, false, nullptr), nullptr);
@@ -428,7 +428,7 @@ TEST(ImageBaseHessian, missingKernelIsReported)
 {
     for (int channels : {1, 2}) {
         ImagePtr source = newImage(MERV::TypeShort, {4, 4, 1}, 1, channels);
-        CapturedOutput output;
+        CapturedText output;
         EXPECT_EQ(source->computeHessian(0, nullptr, nullptr), nullptr);
         EXPECT_EQ(output.text(), missingMessage);
     }
@@ -437,7 +437,7 @@ TEST(ImageBaseHessian, missingKernelIsReported)
 TEST(ImageBaseHessian, unsignedCharWithTypeZeroRefusesWithTheHessianMessage)
 {
     ImagePtr source = newImage(MERV::TypeUChar, {4, 4, 1});
-    CapturedOutput output;
+    CapturedText output;
     EXPECT_EQ(source->computeHessian(0, sobel.data(), nullptr), nullptr);
     EXPECT_EQ(output.text(), hessianMessage);
 }
@@ -446,7 +446,7 @@ TEST(ImageBaseHessian, unsignedCharWithTypeZeroRefusesWithTheHessianMessage)
 TEST(ImageBaseHessian, unsignedSourceOfOneChannelIsRefusedByItsGradient)
 {
     ImagePtr source = newImage(MERV::TypeUChar, {4, 4, 1});
-    CapturedOutput output;
+    CapturedText output;
     EXPECT_EQ(source->computeHessian(MERV::TypeFloat, sobel.data(), nullptr), nullptr);
     EXPECT_EQ(output.text(), gradientMessage);
 }
@@ -467,7 +467,7 @@ TEST(ImageBaseGradient3D, byteComponentOf300IsStoredAs127AndCountedOnce)
         for (int y = 0; y < 3; ++y)
             source->setVoxel(30.0f, 0, y, z, 0, 0);
     source->setVerbose(1);
-    CapturedOutput output;
+    CapturedText output;
     ImagePtr result(source->compute3DGradient(MERV::TypeChar, nullptr, true, false, nullptr));
     EXPECT_EQ(result->getVoxel(1, 1, 1, 0, 0), 127.0f);
     EXPECT_EQ(result->getVoxel(1, 1, 1, 0, 1), 0.0f);
@@ -483,14 +483,14 @@ TEST(ImageBaseGradient3D, warningAppearsEvenWhenNotVerboseAndWideTypesHaveNoLimi
         for (int y = 0; y < 3; ++y)
             source->setVoxel(-4000.0f, 0, y, z, 0, 0); // gx = -40000
     {
-        CapturedOutput output;
+        CapturedText output;
         ImagePtr result(source->compute3DGradientMagnitude(MERV::TypeShort, nullptr, false, nullptr));
         // The magnitude of the limited components, 32768, does not fit either.
         EXPECT_EQ(valuesOf(*result), std::vector<float>{32767.0f});
         EXPECT_EQ(result->getLow(0), -32768.0f);
         EXPECT_EQ(output.text(), "Warning: 1 values exceeded.\n");
     }
-    CapturedOutput output;
+    CapturedText output;
     ImagePtr result(source->compute3DGradient(0, nullptr, false, true, nullptr));
     EXPECT_EQ(valuesOf(*result), (std::vector<float>{-40000, 0, 0, 40000}));
     EXPECT_EQ(output.text(), "");

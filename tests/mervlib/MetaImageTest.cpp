@@ -35,7 +35,7 @@ TYPED_TEST_SUITE(MetaImageOfType, VoxelTypes);
 TYPED_TEST(MetaImageOfType, bothWritersAndReadersRoundTrip)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     const auto image = numberedImage<TypeParam>(4, 3, 2, 2, 3);
     image->setSpacing(0.5f, 0.25f, 2.0f, 3.0f);
     const float position[3] = {1.5f, -2.25f, 1000.0f};
@@ -67,17 +67,17 @@ TEST(MetaImageWriter, wideFormWritesTheseLines)
     image->setMetaData("b key", "second");
     image->setMetaData("a", "first");
     EXPECT_EQ(saveMetaImage(folder.wide(L"image").c_str(), image.get()), 0);
-    EXPECT_EQ(readFile(folder / "image.mhd"), "NDims = 4\n"
-                                              "DimSize = 5 4 3 2\n"
-                                              "ElementSpacing = 0.3125 1.23457e+06 3 0.1\n"
-                                              "Position = 0 0 0 0\n"
-                                              "ImagePositionPatient = -1.5 0 88.25\n"
-                                              "ElementByteOrderMSB = False\n"
-                                              "ElementNumberOfChannels = 2\n"
-                                              "ElementType = MET_USHORT\n"
-                                              "ElementDataFile = image.raw\n"
-                                              "a = first\n"
-                                              "b key = second\n");
+    EXPECT_EQ(contentOf(folder / "image.mhd"), "NDims = 4\n"
+                                               "DimSize = 5 4 3 2\n"
+                                               "ElementSpacing = 0.3125 1.23457e+06 3 0.1\n"
+                                               "Position = 0 0 0 0\n"
+                                               "ImagePositionPatient = -1.5 0 88.25\n"
+                                               "ElementByteOrderMSB = False\n"
+                                               "ElementNumberOfChannels = 2\n"
+                                               "ElementType = MET_USHORT\n"
+                                               "ElementDataFile = image.raw\n"
+                                               "a = first\n"
+                                               "b key = second\n");
 }
 
 TEST(MetaImageWriter, narrowFormWritesSixDecimalsAndZerosAsPosition)
@@ -88,14 +88,14 @@ TEST(MetaImageWriter, narrowFormWritesSixDecimalsAndZerosAsPosition)
     const float position[3] = {-1.5f, 0.0f, 88.25f};
     image->setPosition(position);
     EXPECT_EQ(saveMetaImage((folder / "image").c_str(), image.get()), 0);
-    EXPECT_EQ(readFile(folder / "image.mhd"), "NDims = 3\n"
-                                              "DimSize = 5 4 3\n"
-                                              "ElementSpacing = 0.312500 0.500000 3.000000\n"
-                                              "Position = 0 0 0\n"
-                                              "ImagePositionPatient = -1.500000 0.000000 88.250000\n"
-                                              "ElementByteOrderMSB = False\n"
-                                              "ElementType = MET_FLOAT\n"
-                                              "ElementDataFile = image.raw\n");
+    EXPECT_EQ(contentOf(folder / "image.mhd"), "NDims = 3\n"
+                                               "DimSize = 5 4 3\n"
+                                               "ElementSpacing = 0.312500 0.500000 3.000000\n"
+                                               "Position = 0 0 0\n"
+                                               "ImagePositionPatient = -1.500000 0.000000 88.250000\n"
+                                               "ElementByteOrderMSB = False\n"
+                                               "ElementType = MET_FLOAT\n"
+                                               "ElementDataFile = image.raw\n");
 }
 
 TEST(MetaImageWriter, oneSliceIsTwoDimensional)
@@ -103,14 +103,14 @@ TEST(MetaImageWriter, oneSliceIsTwoDimensional)
     const TempFolder folder;
     const auto image = numberedImage<char>(5, 4, 1, 1, 1);
     EXPECT_EQ(saveMetaImage((folder / "image").c_str(), image.get()), 0);
-    EXPECT_EQ(readFile(folder / "image.mhd"), "NDims = 2\n"
-                                              "DimSize = 5 4\n"
-                                              "ElementSpacing = 1.000000 1.000000\n"
-                                              "Position = 0 0\n"
-                                              "ImagePositionPatient = 0.000000 0.000000 0.000000\n"
-                                              "ElementByteOrderMSB = False\n"
-                                              "ElementType = MET_CHAR\n"
-                                              "ElementDataFile = image.raw\n");
+    EXPECT_EQ(contentOf(folder / "image.mhd"), "NDims = 2\n"
+                                               "DimSize = 5 4\n"
+                                               "ElementSpacing = 1.000000 1.000000\n"
+                                               "Position = 0 0\n"
+                                               "ImagePositionPatient = 0.000000 0.000000 0.000000\n"
+                                               "ElementByteOrderMSB = False\n"
+                                               "ElementType = MET_CHAR\n"
+                                               "ElementDataFile = image.raw\n");
 }
 
 TEST(MetaImageWriter, framesMakeFourDimensionsOfOneSlice)
@@ -118,7 +118,7 @@ TEST(MetaImageWriter, framesMakeFourDimensionsOfOneSlice)
     const TempFolder folder;
     const auto image = numberedImage<char>(5, 4, 1, 4, 1);
     EXPECT_EQ(saveMetaImage(folder.wide(L"image").c_str(), image.get()), 0);
-    EXPECT_THAT(readFile(folder / "image.mhd"), HasSubstr("NDims = 4\nDimSize = 5 4 1 4\n"));
+    EXPECT_THAT(contentOf(folder / "image.mhd"), HasSubstr("NDims = 4\nDimSize = 5 4 1 4\n"));
 }
 
 TEST(MetaImageWriter, allTypeNamesAreThoseOfTheFormat)
@@ -131,7 +131,7 @@ TEST(MetaImageWriter, allTypeNamesAreThoseOfTheFormat)
         const ImagePointer image(createImage(type));
         image->setDimensions(1, 1, 1, 1, 1);
         EXPECT_EQ(saveMetaImage((folder / "image").c_str(), image.get()), 0);
-        EXPECT_THAT(readFile(folder / "image.mhd"),
+        EXPECT_THAT(contentOf(folder / "image.mhd"),
                     HasSubstr(std::string("ElementType = MET_") + name + '\n'));
     }
 }
@@ -141,12 +141,12 @@ TEST(MetaImageWriter, wideFormTranscribesTheNameOfTheDataFile)
 {
     const TempFolder folder;
     std::filesystem::create_directory(folder / "x y");
-    const CapturedOutput output;
+    const CapturedText output;
     const auto image = numberedImage<short>(3, 2, 1, 1, 1);
     EXPECT_EQ(saveMetaImage(folder.wide(L"x y/k\u00e4se 1").c_str(), image.get()), 0);
     EXPECT_TRUE(std::filesystem::exists(folder / "x y/k\xC3\xA4se 1.mhd"));
     EXPECT_TRUE(std::filesystem::exists(folder / "x y/kEOAAse_1.raw"));
-    EXPECT_THAT(readFile(folder / "x y/k\xC3\xA4se 1.mhd"), HasSubstr("ElementDataFile = kEOAAse_1.raw\n"));
+    EXPECT_THAT(contentOf(folder / "x y/k\xC3\xA4se 1.mhd"), HasSubstr("ElementDataFile = kEOAAse_1.raw\n"));
     const ImagePointer copy(loadMetaImage(folder.wide(L"x y/k\u00e4se 1.mhd").c_str()));
     ASSERT_NE(copy, nullptr);
     EXPECT_EQ(valuesOf<short>(*copy), valuesOf<short>(*image));
@@ -165,11 +165,11 @@ TEST(MetaImageWriter, wideFormTranscribesUtf16Units)
 TEST(MetaImageWriter, narrowFormKeepsBlanksWhichTheReaderThenMisses)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     const auto image = numberedImage<short>(3, 2, 1, 1, 1);
     EXPECT_EQ(saveMetaImage((folder / "a b").c_str(), image.get()), 0);
     EXPECT_TRUE(std::filesystem::exists(folder / "a b.raw"));
-    EXPECT_THAT(readFile(folder / "a b.mhd"), HasSubstr("ElementDataFile = a b.raw\n"));
+    EXPECT_THAT(contentOf(folder / "a b.mhd"), HasSubstr("ElementDataFile = a b.raw\n"));
     EXPECT_EQ(loaded(folder / "a b.mhd"), nullptr);
 }
 
@@ -179,7 +179,7 @@ TEST(MetaImageWriter, lineFeedsInMetaDataBecomeBlanks)
     const auto image = numberedImage<short>(3, 2, 1, 1, 1);
     image->setMetaData("Comment", "one\nElementType = MET_CHAR");
     EXPECT_EQ(saveMetaImage((folder / "image").c_str(), image.get()), 0);
-    EXPECT_THAT(readFile(folder / "image.mhd"), HasSubstr("\nComment = one ElementType = MET_CHAR\n"));
+    EXPECT_THAT(contentOf(folder / "image.mhd"), HasSubstr("\nComment = one ElementType = MET_CHAR\n"));
 }
 
 TEST(MetaImageWriter, reservedNamesAmongTheMetaDataAreWrittenToo)
@@ -188,14 +188,14 @@ TEST(MetaImageWriter, reservedNamesAmongTheMetaDataAreWrittenToo)
     const auto image = numberedImage<short>(3, 2, 1, 1, 1);
     image->setMetaData("DimSize", "7 7");
     EXPECT_EQ(saveMetaImage((folder / "image").c_str(), image.get()), 0);
-    EXPECT_THAT(readFile(folder / "image.mhd"), HasSubstr("ElementDataFile = image.raw\nDimSize = 7 7\n"));
+    EXPECT_THAT(contentOf(folder / "image.mhd"), HasSubstr("ElementDataFile = image.raw\nDimSize = 7 7\n"));
 }
 
 TEST(MetaImageWriter, reportsAHeaderThatCannotBeCreated)
 {
     const TempFolder folder;
     const auto image = numberedImage<short>(3, 2, 1, 1, 1);
-    const CapturedOutput output;
+    const CapturedText output;
     EXPECT_EQ(saveMetaImage((folder / "none/image").c_str(), image.get()), 1);
     EXPECT_EQ(saveMetaImage(folder.wide(L"none/image").c_str(), image.get()), 1);
     const std::string line =
@@ -208,7 +208,7 @@ TEST(MetaImageWriter, reportsADataFileThatCannotBeCreated)
     const TempFolder folder;
     std::filesystem::create_directory(folder / "image.raw");
     const auto image = numberedImage<short>(3, 2, 1, 1, 1);
-    const CapturedOutput output;
+    const CapturedText output;
     EXPECT_EQ(saveMetaImage(folder.wide(L"image").c_str(), image.get()), 1);
     EXPECT_EQ(output.text(), "Common >> Error: Could not create data file " + (folder / "image.raw") +
                                  " while creating MetaImage image file structure.\n");
@@ -218,7 +218,7 @@ TEST(MetaImageWriter, fullDeviceIsAnError)
 {
     const TempFolder folder;
     const auto image = numberedImage<short>(3, 2, 1, 1, 1);
-    const CapturedOutput output;
+    const CapturedText output;
     std::filesystem::create_symlink("/dev/full", folder / "data.raw");
     EXPECT_EQ(saveMetaImage((folder / "data").c_str(), image.get()), 1);
     EXPECT_EQ(output.text(), "Common >> Warning: writing error ocurred.\nsizeof(tvoxel_type): 2\n");
@@ -238,7 +238,7 @@ TEST(MetaImageWriter, withoutAnImageNothingIsWritten)
 TEST(MetaImageReader, readsAHeaderPutTogetherByHand)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     const ImagePointer image = loadedFrom(folder,
                                           "ElementType = MET_SHORT\r\n"
                                           "ElementNumberOfChannels = 2\r\n"
@@ -273,7 +273,7 @@ TEST(MetaImageReader, wideFormAnnouncesAHeaderFile)
     const TempFolder folder;
     const auto saved = numberedImage<short>(3, 2, 1, 1, 1);
     saveMetaImage((folder / "image").c_str(), saved.get());
-    const CapturedOutput output;
+    const CapturedText output;
     const ImagePointer image(loadMetaImage(folder.wide(L"image.mhd").c_str()));
     EXPECT_THAT(output.text(), HasSubstr("Common >> Loading headerfile " + (folder / "image.raw") + '\n'));
 }
@@ -281,7 +281,7 @@ TEST(MetaImageReader, wideFormAnnouncesAHeaderFile)
 TEST(MetaImageReader, onlyTwoSpellingsSwapTheBytes)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     const auto firstValue = [&](const std::string &flag) {
         const ImagePointer image = loadedFrom(folder,
                                               "NDims = 2\nDimSize = 1 1\nElementByteOrderMSB = " + flag +
@@ -300,7 +300,7 @@ TEST(MetaImageReader, onlyTwoSpellingsSwapTheBytes)
 TEST(MetaImageReader, localDataStandBehindTheHeader)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     writeFile(folder / "v.mha",
               "NDims = 2\nDimSize = 2 2\nElementType = MET_UCHAR\nElementDataFile = LOCAL\na = b=\nc=");
     const ImagePointer image = loaded(folder / "v.mha");
@@ -316,7 +316,7 @@ TEST(MetaImageReader, localDataStandBehindTheHeader)
 TEST(MetaImageReader, unknownKeysSurviveASaveAndALoad)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     const ImagePointer image = loadedFrom(
         folder,
         "ObjectType = Image\nNDims = 2\nDimSize = 1 1\nElementType = MET_UCHAR\nElementDataFile = v.raw\n",
@@ -324,33 +324,33 @@ TEST(MetaImageReader, unknownKeysSurviveASaveAndALoad)
     ASSERT_NE(image, nullptr);
     EXPECT_EQ(image->getMetaData("ObjectType"), " Image");
     EXPECT_EQ(saveMetaImage((folder / "again").c_str(), image.get()), 0);
-    EXPECT_THAT(readFile(folder / "again.mhd"),
+    EXPECT_THAT(contentOf(folder / "again.mhd"),
                 HasSubstr("\nElementDataFile = again.raw\nObjectType =  Image\n"));
 }
 
 TEST(MetaImageReader, secondRoundChangesNothingButBlanksOfMetaData)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     const auto image = numberedImage<float>(3, 4, 5, 1, 2);
     image->setSpacing(0.3125f, 0.7f, 3.3f, 1.0f);
     image->setMetaData("Key", "value");
     saveMetaImage(folder.wide(L"i").c_str(), image.get());
-    const std::string header = readFile(folder / "i.mhd");
-    const std::string voxels = readFile(folder / "i.raw");
+    const std::string header = contentOf(folder / "i.mhd");
+    const std::string voxels = contentOf(folder / "i.raw");
     const ImagePointer copy = loaded(folder / "i.mhd");
     ASSERT_NE(copy, nullptr);
     saveMetaImage(folder.wide(L"i").c_str(), copy.get());
-    EXPECT_EQ(readFile(folder / "i.raw"), voxels);
+    EXPECT_EQ(contentOf(folder / "i.raw"), voxels);
     std::string expected = header;
     expected.replace(expected.find("Key = value"), 11, "Key =  value");
-    EXPECT_EQ(readFile(folder / "i.mhd"), expected);
+    EXPECT_EQ(contentOf(folder / "i.mhd"), expected);
 }
 
 TEST(MetaImageReader, unknownTypeIsReported)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     EXPECT_EQ(loadedFrom(folder,
                          "NDims = 2\nDimSize = 1 1\nElementType = MET_LONG\nElementDataFile = v.raw\n", "x"),
               nullptr);
@@ -361,7 +361,7 @@ TEST(MetaImageReader, headerSizeIsOnlyWarnedOf)
 {
     const TempFolder folder;
     const auto read = [&](const std::string &size) {
-        const CapturedOutput output;
+        const CapturedText output;
         const ImagePointer image = loadedFrom(folder,
                                               "NDims = 2\nDimSize = 1 1\nHeaderSize = " + size +
                                                   "\nElementType = MET_UCHAR\nElementDataFile = v.raw\n",
@@ -378,7 +378,7 @@ TEST(MetaImageReader, headerSizeIsOnlyWarnedOf)
 TEST(MetaImageReader, withoutTheNumberOfAxesTheLineTells)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     const ImagePointer image = loadedFrom(folder,
                                           "DimSize = 2 1 2\nElementSpacing = 2 3\nPosition = 5\nElementType "
                                           "= MET_UCHAR\nElementDataFile = v.raw\n",
@@ -392,7 +392,7 @@ TEST(MetaImageReader, withoutTheNumberOfAxesTheLineTells)
 TEST(MetaImageReader, linesWithoutAnEqualSignAreSkipped)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     EXPECT_NE(loadedFrom(folder,
                          "a comment\n\nNDims = 2\nanother\nDimSize = 1 1\nElementType = MET_UCHAR\n"
                          "ElementDataFile = v.raw\nend",
@@ -403,7 +403,7 @@ TEST(MetaImageReader, linesWithoutAnEqualSignAreSkipped)
 TEST(MetaImageReader, acceptsBackslashesAndAbsoluteNamesOfDataFiles)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     std::filesystem::create_directory(folder / "sub");
     writeFile(folder / "sub/data.raw", "x");
     const std::string start = "NDims = 2\nDimSize = 1 1\nElementType = MET_UCHAR\nElementDataFile = ";
@@ -417,7 +417,7 @@ TEST(MetaImageReader, acceptsBackslashesAndAbsoluteNamesOfDataFiles)
 TEST(MetaImageReader, nameIsTakenAsWrittenBeforeBackslashesCount)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     const auto image = numberedImage<short>(2, 1, 1, 1, 1);
     EXPECT_EQ(saveMetaImage(folder.wide(L"a\\b").c_str(), image.get()), 0);
     EXPECT_NE(loaded(folder / "a\\b.mhd"), nullptr);
@@ -426,7 +426,7 @@ TEST(MetaImageReader, nameIsTakenAsWrittenBeforeBackslashesCount)
 TEST(MetaImageReader, refusesHeadersThatAreNoImage)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     const std::string type = "ElementType = MET_UCHAR\n";
     const std::string data = "ElementDataFile = v.raw\n";
     const std::string shape = "NDims = 2\nDimSize = 1 1\n";
@@ -453,7 +453,7 @@ TEST(MetaImageReader, refusesHeadersThatAreNoImage)
     for (const std::string &header : headers)
         EXPECT_EQ(loadedFrom(folder, header, "x"), nullptr) << header;
     EXPECT_EQ(loaded(folder / "none.mhd"), nullptr);
-    EXPECT_EQ(loaded(folder.path), nullptr);
+    EXPECT_EQ(loaded(folder.path()), nullptr);
     EXPECT_EQ(loaded("/dev/zero"), nullptr);
     EXPECT_EQ(loadMetaImage(static_cast<const char *>(nullptr)), nullptr);
     EXPECT_EQ(loadMetaImage(static_cast<const wchar_t *>(nullptr)), nullptr);
@@ -462,7 +462,7 @@ TEST(MetaImageReader, refusesHeadersThatAreNoImage)
 TEST(MetaImageReader, missingDataFileIsReported)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     writeFile(folder / "v.mhd",
               "NDims = 2\nDimSize = 1 1\nElementType = MET_UCHAR\nElementDataFile = v.raw\n");
     EXPECT_EQ(loaded(folder / "v.mhd"), nullptr);
@@ -473,7 +473,7 @@ TEST(MetaImageReader, missingDataFileIsReported)
 TEST(MetaImageReader, truncatedFilesAreNullOrWhole)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     const std::string header = "NDims = 2\nDimSize = 2 2\nElementSpacing = 1 2\nElementType = MET_SHORT\n"
                                "ElementDataFile = ";
     const std::string voxels = "abcdefgh";

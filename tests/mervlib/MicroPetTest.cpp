@@ -30,8 +30,8 @@ TEST(MicroPetHeader, fillsSixLinesOfTheTemplate)
     writeFile(folder / "template.img.hdr", templateOf(124, "\n"));
     const auto image = numberedImage<short>(5, 4, 3, 1, 1);
     image->setWindowRange(-12.5f, 1e6f, 0);
-    saveMicroPetHeader((folder / "scan").c_str(), (folder.path + '/').c_str(), image.get());
-    const std::vector<std::string> lines = linesOf(readFile(folder / "scan.img.hdr"));
+    saveMicroPetHeader((folder / "scan").c_str(), (folder.path() + '/').c_str(), image.get());
+    const std::vector<std::string> lines = linesOf(contentOf(folder / "scan.img.hdr"));
     ASSERT_EQ(lines.size(), 124u);
     for (std::size_t i = 0; i < lines.size(); ++i) {
         std::string expected = "line " + std::to_string(i);
@@ -58,7 +58,7 @@ TEST(MicroPetHeader, keepsLineEndingsAndALastLineWithoutOne)
     writeFile(folder / "template.img.hdr", templateOf(5, "\r\n") + "end");
     const auto image = numberedImage<short>(5, 4, 3, 1, 1);
     saveMicroPetHeader((folder / "scan").c_str(), (folder / "").c_str(), image.get());
-    EXPECT_EQ(readFile(folder / "scan.img.hdr"),
+    EXPECT_EQ(contentOf(folder / "scan.img.hdr"),
               "line 0\r\nline 1\r\nline 2\r\nline 3\r\nfile_name " + (folder / "scan.img") + "\r\nend");
 }
 
@@ -68,10 +68,10 @@ TEST(MicroPetHeader, ofAShortTemplateWhatIsThereIsCopied)
     const auto image = numberedImage<short>(5, 4, 3, 1, 1);
     writeFile(folder / "template.img.hdr", templateOf(3, "\n"));
     saveMicroPetHeader((folder / "scan").c_str(), (folder / "").c_str(), image.get());
-    EXPECT_EQ(readFile(folder / "scan.img.hdr"), "line 0\nline 1\nline 2\n");
+    EXPECT_EQ(contentOf(folder / "scan.img.hdr"), "line 0\nline 1\nline 2\n");
     writeFile(folder / "template.img.hdr", "");
     saveMicroPetHeader((folder / "scan").c_str(), (folder / "").c_str(), image.get());
-    EXPECT_EQ(readFile(folder / "scan.img.hdr"), "");
+    EXPECT_EQ(contentOf(folder / "scan.img.hdr"), "");
 }
 
 TEST(MicroPetHeader, noSeparatorIsPutBeforeTheNameOfTheTemplate)
@@ -80,7 +80,7 @@ TEST(MicroPetHeader, noSeparatorIsPutBeforeTheNameOfTheTemplate)
     writeFile(folder / "my_template.img.hdr", "only\n");
     const auto image = numberedImage<short>(5, 4, 3, 1, 1);
     saveMicroPetHeader((folder / "scan").c_str(), (folder / "my_").c_str(), image.get());
-    EXPECT_EQ(readFile(folder / "scan.img.hdr"), "only\n");
+    EXPECT_EQ(contentOf(folder / "scan.img.hdr"), "only\n");
 }
 
 TEST(MicroPetHeader, templateMayBeTheHeaderItself)
@@ -89,7 +89,7 @@ TEST(MicroPetHeader, templateMayBeTheHeaderItself)
     writeFile(folder / "template.img.hdr", templateOf(5, "\n"));
     const auto image = numberedImage<short>(5, 4, 3, 1, 1);
     saveMicroPetHeader((folder / "template").c_str(), (folder / "").c_str(), image.get());
-    EXPECT_EQ(readFile(folder / "template.img.hdr"),
+    EXPECT_EQ(contentOf(folder / "template.img.hdr"),
               "line 0\nline 1\nline 2\nline 3\nfile_name " + (folder / "template.img") + '\n');
 }
 
@@ -99,7 +99,7 @@ TEST(MicroPetHeader, reportsFilesThatCannotBeOpened)
     const auto image = numberedImage<short>(5, 4, 3, 1, 1);
     const std::string message = "Common >> Error creating microPET header file.\n";
     {
-        const CapturedOutput output;
+        const CapturedText output;
         saveMicroPetHeader((folder / "scan").c_str(), (folder / "").c_str(), image.get());
         EXPECT_EQ(output.text(), message);
         EXPECT_FALSE(std::filesystem::exists(folder / "scan.img.hdr"));
@@ -107,7 +107,7 @@ TEST(MicroPetHeader, reportsFilesThatCannotBeOpened)
     writeFile(folder / "template.img.hdr", templateOf(5, "\n"));
     std::filesystem::create_symlink("/dev/full", folder / "full.img.hdr");
     for (const char *base : {"none/scan", "full"}) {
-        const CapturedOutput output;
+        const CapturedText output;
         saveMicroPetHeader((folder / base).c_str(), (folder / "").c_str(), image.get());
         EXPECT_EQ(output.text(), message) << base;
     }

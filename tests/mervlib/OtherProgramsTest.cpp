@@ -3,13 +3,12 @@
 #include "Common/Analyze.h"
 #include "Common/Image.h"
 #include "Common/MetaImage.h"
+#include "tests/support/Command.h"
+#include "tests/support/Files.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -22,14 +21,9 @@ constexpr int width = 5, height = 4, depth = 3;
 // What a command prints; a command that fails is a failure of the test.
 std::string output(const std::string &command)
 {
-    std::string text;
-    FILE *pipe = popen(("LC_ALL=C " + command + " 2>&1").c_str(), "r");
-    if (pipe == nullptr)
-        return text;
-    std::array<char, 512> buffer{};
-    while (std::fgets(buffer.data(), int(buffer.size()), pipe) != nullptr)
-        text += buffer.data();
-    EXPECT_EQ(pclose(pipe), 0) << command << '\n' << text;
+    int status = -1;
+    const std::string text = outputOf("LC_ALL=C " + command, &status);
+    EXPECT_EQ(status, 0) << command << '\n' << text;
     return text;
 }
 
@@ -100,16 +94,7 @@ void expectReadBack(const std::string &file)
 class OtherPrograms : public ::testing::TestWithParam<int>
 {
 protected:
-    void SetUp() override
-    {
-        folder = std::filesystem::temp_directory_path() / "tevora-other-programs-XXXXXX";
-        std::string name = folder.string();
-        ASSERT_NE(mkdtemp(name.data()), nullptr);
-        folder = name;
-    }
-    void TearDown() override { std::filesystem::remove_all(folder); }
-
-    std::filesystem::path folder;
+    TemporaryFolder folder;
 };
 
 TEST_P(OtherPrograms, readTheMetaImagesOfBothWriters)

@@ -57,7 +57,7 @@ const std::string wholeFile =
 TEST(PrsReader, readsAFilePutTogetherByHand)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     const Loaded loaded = loadedFrom(folder, wholeFile);
     ASSERT_NE(loaded.image, nullptr);
     EXPECT_EQ(loaded.image->getDataType(), TypeUShort);
@@ -77,7 +77,7 @@ TEST(PrsReader, readsAFilePutTogetherByHand)
 TEST(Prs, roundTripKeepsEverythingAndSetsThePadBytes)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     // Every carried byte of the header has a value of its own.
     std::string bytes = header(2, 2, 1).str();
     for (std::size_t i = 32; i < bytes.size(); ++i)
@@ -87,7 +87,8 @@ TEST(Prs, roundTripKeepsEverythingAndSetsThePadBytes)
     const Loaded loaded = loadedFrom(folder, file);
     ASSERT_NE(loaded.image, nullptr);
     EXPECT_TRUE(savePrs((folder / "again.prs").c_str(), loaded.image.get(), loaded.header, loaded.records));
-    EXPECT_EQ(readFile(folder / "again.prs"), bytes + padded(record('a')) + padded(record('b')) + "12345678");
+    EXPECT_EQ(contentOf(folder / "again.prs"),
+              bytes + padded(record('a')) + padded(record('b')) + "12345678");
     EXPECT_THAT(output.text(),
                 HasSubstr("Common >> Saving file " + (folder / "again.prs") +
                           "\nCommon >> Saved projections file " + (folder / "again.prs") + '\n'));
@@ -103,7 +104,7 @@ TEST(PrsReader, reportsWhatIsNotSupported)
         {header(2, 2, 1).u32(24, 12), "Error: 12 encoded bits per pixel"},
         {header(2, 2, 1).u32(28, 0x100000000u - 1), "Error: Coding -1"}};
     for (const auto &[bytes, message] : files) {
-        const CapturedOutput output;
+        const CapturedText output;
         EXPECT_EQ(loadedFrom(folder, bytes.str() + wholeFile.substr(2512)).image, nullptr);
         EXPECT_EQ(output.text(), "Common >> " + message + " not supported yet. Just implement it :-)\n");
     }
@@ -112,7 +113,7 @@ TEST(PrsReader, reportsWhatIsNotSupported)
 TEST(PrsReader, reportsAFileThatCannotBeOpened)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     PrsHeader unused;
     std::vector<PrsRecord> records;
     EXPECT_EQ(loadPrs((folder / "none").c_str(), unused, records), nullptr);
@@ -122,7 +123,7 @@ TEST(PrsReader, reportsAFileThatCannotBeOpened)
 TEST(PrsReader, refusesExtentsThatAreNone)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     const std::string rest = wholeFile.substr(2512);
     for (const Bytes &bytes : {header(0, 2, 1), header(2, 0, 1), header(2, 2, -1), header(-2, -2, 1)})
         EXPECT_EQ(loadedFrom(folder, bytes.str() + rest).image, nullptr);
@@ -131,7 +132,7 @@ TEST(PrsReader, refusesExtentsThatAreNone)
 TEST(PrsReader, truncatedFilesAreNullAndChangeNothing)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     forEachTruncation(folder / "v.prs", wholeFile, [&](std::size_t size) {
         PrsHeader unchanged;
         std::vector<PrsRecord> records;
@@ -153,7 +154,7 @@ protected:
     }
 
     TempFolder folder;
-    CapturedOutput output;
+    CapturedText output;
     std::string saving = "Common >> Saving file " + (folder / "v.prs") + '\n';
     std::unique_ptr<ImageBase<unsigned short>> image = numberedImage<unsigned short>(2, 1, 2, 1, 1);
 };
@@ -161,7 +162,7 @@ protected:
 TEST_F(PrsWriter, acceptsWhatFits)
 {
     EXPECT_TRUE(save(header(2, 2, 1), image.get(), 2));
-    EXPECT_EQ(readFile(folder / "v.prs").size(), 2512u + 2 * 112 + 2 * 2 * 2);
+    EXPECT_EQ(contentOf(folder / "v.prs").size(), 2512u + 2 * 112 + 2 * 2 * 2);
 }
 
 TEST_F(PrsWriter, reportsPixelsThatAreNotSupported)

@@ -36,7 +36,7 @@ ImagePointer loadedFrom(const TempFolder &folder, const std::string &bytes, bool
 TEST(Raw12BitReader, readsAFilePutTogetherByHand)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     const ImagePointer image = loadedFrom(folder, header(3, 2, 2).str() + numberedVoxels(12));
     ASSERT_NE(image, nullptr);
     EXPECT_EQ(image->getDataType(), TypeUShort);
@@ -52,7 +52,7 @@ TEST(Raw12BitReader, readsAFilePutTogetherByHand)
 TEST(Raw12BitReader, reversedTurnsSlicesAndRowsButNotColumns)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     const ImagePointer image = loadedFrom(folder, header(2, 2, 2).str() + numberedVoxels(8), true);
     ASSERT_NE(image, nullptr);
     EXPECT_THAT(valuesOf<unsigned short>(*image), ElementsAre(7, 8, 5, 6, 3, 4, 1, 2));
@@ -64,7 +64,7 @@ TEST(Raw12BitReader, reversedTurnsSlicesAndRowsButNotColumns)
 TEST(Raw12BitReader, sixteenBitsAreReadAlike)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     const ImagePointer image = loadedFrom(folder, header(2, 1, 1).u16(190, 16).str() + numberedVoxels(2));
     ASSERT_NE(image, nullptr);
     EXPECT_THAT(valuesOf<unsigned short>(*image), ElementsAre(1, 2));
@@ -76,7 +76,7 @@ TEST(Raw12BitReader, sixteenBitsAreReadAlike)
 TEST(Raw12BitReader, calibrationRescales)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     Bytes voxels(14);
     voxels.u16(0, 0).u16(2, 32765).u16(4, 32766).u16(6, 33000).u16(8, 33178).u16(10, 33179).u16(12, 65535);
     const ImagePointer image = loadedFrom(folder, header(7, 1, 1).text(149, "-1 1").str() + voxels.str());
@@ -89,7 +89,7 @@ TEST(Raw12BitReader, calibrationRescales)
 TEST(Raw12BitReader, firstLetterOfTheTextDoublesTheScale)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     const auto voxel = [&](const std::string &text) {
         const Bytes bytes = header(1, 1, 1).text(149, "-1.0 1.0").text(6, text);
         const ImagePointer image = loadedFrom(folder, bytes.str() + Bytes(2).u16(0, 33000).str());
@@ -104,7 +104,7 @@ TEST(Raw12BitReader, firstLetterOfTheTextDoublesTheScale)
 TEST(Raw12BitReader, noRescaleWhenLowIsZeroOrHighIs4095OrBothAreEqual)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     for (const char *text : {"", "0 1", "-1 4095", "2 2", "x", "0", "nan nan"}) {
         const ImagePointer image =
             loadedFrom(folder, header(1, 1, 1).text(149, text).str() + Bytes(2).u16(0, 33000).str());
@@ -117,7 +117,7 @@ TEST(Raw12BitReader, noRescaleWhenLowIsZeroOrHighIs4095OrBothAreEqual)
 TEST(Raw12BitReader, missingHighCountsAsZero)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     const ImagePointer image =
         loadedFrom(folder, header(1, 1, 1).text(149, "-1").str() + Bytes(2).u16(0, 33000).str());
     ASSERT_NE(image, nullptr);
@@ -131,7 +131,7 @@ TEST(Raw12BitReader, reportsWhatIsNotSupported)
                                                    {header(1, 1, 1).u16(4, 290), "Header size of 290 bytes"},
                                                    {header(1, 1, 1).u16(190, 8), "8 bits"}};
     for (const auto &[bytes, message] : files) {
-        const CapturedOutput output;
+        const CapturedText output;
         EXPECT_EQ(loadedFrom(folder, bytes.str() + "ab"), nullptr);
         EXPECT_EQ(output.text(), "Common >> " + message + " not supported yet. Just implement it :)\n");
     }
@@ -140,18 +140,18 @@ TEST(Raw12BitReader, reportsWhatIsNotSupported)
 TEST(Raw12BitReader, refusesExtentsThatAreNoneAndPathsThatAreNoFiles)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     for (const Bytes &bytes : {header(0, 1, 1), header(1, -1, 1), header(-1, -1, 1), header(1, 1, 0)})
         EXPECT_EQ(loadedFrom(folder, bytes.str() + "ab"), nullptr);
     EXPECT_EQ(loadRaw12Bit((folder / "none").c_str(), false), nullptr);
-    EXPECT_EQ(loadRaw12Bit(folder.path.c_str(), false), nullptr);
+    EXPECT_EQ(loadRaw12Bit(folder.path().c_str(), false), nullptr);
     EXPECT_EQ(loadRaw12Bit(nullptr, false), nullptr);
 }
 
 TEST(Raw12BitReader, truncatedFilesAreNull)
 {
     const TempFolder folder;
-    const CapturedOutput output;
+    const CapturedText output;
     const std::string whole = header(2, 2, 1).str() + numberedVoxels(4);
     forEachTruncation(folder / "v", whole, [&](std::size_t size) {
         for (const bool reversed : {false, true}) {

@@ -26,7 +26,7 @@ TYPED_TEST(RawBlockOfType, roundTripThroughStreamAndFile)
     EXPECT_EQ(image->save(stream), 0);
     EXPECT_EQ(stream.str().size(), 5u * 4 * 3 * 2 * 2 * sizeof(TypeParam));
     EXPECT_EQ(image->save((folder / "block").c_str()), 0);
-    EXPECT_EQ(readFile(folder / "block"), stream.str());
+    EXPECT_EQ(contentOf(folder / "block"), stream.str());
 
     MERV::ImageBase<TypeParam> fromStream;
     fromStream.setDimensions(5, 4, 3, 2, 2);
@@ -76,7 +76,7 @@ TEST(RawBlock, headerWithoutLocalLeavesAFailedStream)
 {
     MERV::ImageBase<unsigned char> image;
     image.setDimensions(1, 1, 1, 1, 1);
-    const CapturedOutput output;
+    const CapturedText output;
     std::istringstream stream("no data here\n");
     EXPECT_EQ(image.load(stream, true), 1);
     EXPECT_EQ(output.text(), "Common >> Warning: could not load image data!\n");
@@ -86,7 +86,7 @@ TEST(RawBlock, shortStreamIsReportedWithItsEndPosition)
 {
     MERV::ImageBase<short> image;
     image.setDimensions(2, 2, 1, 1, 1);
-    const CapturedOutput output;
+    const CapturedText output;
     std::istringstream stream("header1234567");
     stream.seekg(6);
     EXPECT_EQ(image.load(stream, false), 1);
@@ -101,7 +101,7 @@ TEST(RawBlock, shortFileIsReportedTwice)
     writeFile(folder / "short", "1234567");
     MERV::ImageBase<short> image;
     image.setDimensions(2, 2, 1, 1, 1);
-    const CapturedOutput output;
+    const CapturedText output;
     EXPECT_EQ(image.load((folder / "short").c_str(), false), 1);
     EXPECT_EQ(output.text(),
               "Common >> Unexpected end of file encountered while reading image data from stream; "
@@ -141,7 +141,7 @@ TEST(RawBlock, loadsFromAStreamThatCannotSeek)
     std::istream stream(&buffer);
     EXPECT_EQ(image.load(stream, false), 0);
     EXPECT_THAT(valuesOf<unsigned char>(image), ElementsAre('a', 'b', 'c'));
-    const CapturedOutput output;
+    const CapturedText output;
     EXPECT_EQ(image.load(stream, false), 1);
     EXPECT_THAT(output.text(), HasSubstr("Common >> Unexpected end of file encountered"));
 }
@@ -152,7 +152,7 @@ TEST(RawBlock, otherReadingErrorsHaveTheirOwnMessage)
     image.setDimensions(3, 1, 1, 1, 1);
     OneWayBuffer buffer("ab", true);
     std::istream stream(&buffer);
-    const CapturedOutput output;
+    const CapturedText output;
     EXPECT_EQ(image.load(stream, false), 1);
     EXPECT_EQ(output.text(),
               "Common >> Warning: could not load image data! Reading error other than unexpected "
@@ -162,7 +162,7 @@ TEST(RawBlock, otherReadingErrorsHaveTheirOwnMessage)
 TEST(RawBlock, failedStreamsAreNotTouched)
 {
     const auto image = numberedImage<short>(2, 2, 1, 1, 1);
-    const CapturedOutput output;
+    const CapturedText output;
     std::istringstream input("12345678");
     input.setstate(std::ios::failbit);
     EXPECT_EQ(image->load(input, false), 1);
@@ -178,9 +178,9 @@ TEST(RawBlock, filesThatCannotBeOpenedAreReported)
 {
     const TempFolder folder;
     const auto image = numberedImage<short>(2, 2, 1, 1, 1);
-    const CapturedOutput output;
+    const CapturedText output;
     EXPECT_EQ(image->load((folder / "none").c_str(), false), 1);
-    EXPECT_EQ(image->load(folder.path.c_str(), false), 1);
+    EXPECT_EQ(image->load(folder.path().c_str(), false), 1);
     EXPECT_EQ(image->save((folder / "none/block").c_str()), 1);
     EXPECT_EQ(output.text(), "Common >> Warning: could not load image data!\n"
                              "Common >> Warning: could not load image data!\n"
@@ -190,7 +190,7 @@ TEST(RawBlock, filesThatCannotBeOpenedAreReported)
 TEST(RawBlock, fullDeviceIsReportedWithTheSizeOfAValue)
 {
     const auto image = numberedImage<short>(2, 2, 1, 1, 1);
-    const CapturedOutput output;
+    const CapturedText output;
     EXPECT_EQ(image->save("/dev/full"), 1);
     EXPECT_EQ(output.text(), "Common >> Warning: writing error ocurred.\nsizeof(tvoxel_type): 2\n");
 }
@@ -208,7 +208,7 @@ TEST(RawBlock, withoutABufferNothingIsSaved)
 {
     auto image = numberedImage<unsigned char>(2, 1, 1, 1, 1);
     image->freeBuffer();
-    const CapturedOutput output;
+    const CapturedText output;
     std::ostringstream stream;
     EXPECT_EQ(image->save(stream), 1);
     EXPECT_EQ(output.text(), "Common >> Warning: could not save image data!\n");
@@ -220,7 +220,7 @@ TEST(RawBlock, loadFillsAForeignBufferAndNeverAllocatesForOne)
     MERV::ImageBase<unsigned char> image;
     image.setBufferExternal();
     image.setDimensions(2, 1, 1, 1, 1);
-    const CapturedOutput output;
+    const CapturedText output;
     std::istringstream stream("xyz");
     EXPECT_EQ(image.load(stream, false), 1);
     EXPECT_EQ(image.getData(), nullptr);

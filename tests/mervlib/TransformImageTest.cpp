@@ -59,7 +59,7 @@ TEST(TransformImage, zeroPoseGivesTheSourceWithoutItsLastPlanes)
     for (bool trilinear : {false, true}) {
         ImagePtr source = linearImage({5, 4, 3}, 0.5f, 0.75f, 3.0f);
         const float pose[6] = {};
-        CapturedOutput output;
+        CapturedText output;
         ImagePtr result(transformImage(pose, source.get(), nullptr, trilinear));
         ASSERT_TRUE(result);
         EXPECT_EQ(result->getDataType(), MERV::TypeFloat);
@@ -83,7 +83,7 @@ TEST(TransformImage, translationInMillimetresShiftsTheSamplingPoint)
     // 1 mm along x is 2 voxels, -0.75 mm along y is -1 voxel: result(x, y) = source(x + 2, y - 1).
     ImagePtr source = linearImage({6, 5, 3}, 0.5f, 0.75f, 3.0f);
     const float pose[6] = {1.0f, -0.75f, 0, 0, 0, 0};
-    CapturedOutput output;
+    CapturedText output;
     ImagePtr result(transformImage(pose, source.get(), nullptr, true));
     for (int z = 0; z < 2; ++z)
         for (int y = 0; y < 5; ++y)
@@ -110,7 +110,7 @@ TEST(TransformImage, startPointAndAxesFollowTheirTwoConventions)
             origin[i] += r[i][k] * (-0.5 * spacing[k] * extent[k] + pose[k]);
         origin[i] = 0.5 * extent[i] + origin[i] / spacing[i];
     }
-    CapturedOutput output;
+    CapturedText output;
     ImagePtr result(transformImage(pose, source.get(), nullptr, true));
     int used = 0;
     for (int z = 0; z < size.z; ++z)
@@ -135,7 +135,7 @@ TEST(TransformImage, nearestReadsTheVoxelBeside)
 {
     ImagePtr source = linearImage({6, 4, 3}, 1.0f, 1.0f, 1.0f);
     const float pose[6] = {0.75f, 0, 0, 0, 0, 0};
-    CapturedOutput output;
+    CapturedText output;
     ImagePtr result(transformImage(pose, source.get(), nullptr, false));
     EXPECT_EQ(result->getVoxel(1, 1, 1, 0, 0), source->getVoxel(2, 1, 1, 0, 0));
 }
@@ -144,7 +144,7 @@ TEST(TransformImage, oneSliceUsesNothing)
 {
     ImagePtr source = linearImage({5, 4, 1}, 1.0f, 1.0f, 1.0f);
     const float pose[6] = {};
-    CapturedOutput output;
+    CapturedText output;
     ImagePtr result(transformImage(pose, source.get(), nullptr, true));
     EXPECT_EQ(valuesOf(*result), std::vector<float>(20, 0.0f));
     EXPECT_EQ(output.text(), warnings + "Used 0 % of voxels\n");
@@ -155,7 +155,7 @@ TEST(TransformImage, zeroSpacingGivesZeros)
     ImagePtr source = linearImage({5, 4, 3}, 1.0f, 0.0f, 1.0f);
     for (float shift : {0.0f, 1.0f, -1.0f}) {
         const float pose[6] = {0, shift, 0, 0, 0, 0};
-        CapturedOutput output;
+        CapturedText output;
         ImagePtr result(transformImage(pose, source.get(), nullptr, true));
         EXPECT_EQ(valuesOf(*result), std::vector<float>(60, 0.0f));
     }
@@ -167,7 +167,7 @@ TEST(TransformImage, givenOutputIsWrittenFromItsStartAndEndsSilently)
     ImagePtr given = newImage(MERV::TypeShort, {7, 1, 1});
     given->getValue(1); // a cursor that is not at the start
     const float pose[6] = {};
-    CapturedOutput output;
+    CapturedText output;
     EXPECT_EQ(transformImage(pose, source.get(), given.get(), true), given.get());
     // Rows of 5 with the last voxel 0: 100, 103, 106, 109, 0, then y = 1: 98, 101.
     EXPECT_EQ(valuesOf(*given), (std::vector<float>{100, 103, 106, 109, 0, 98, 101}));
@@ -176,7 +176,7 @@ TEST(TransformImage, givenOutputIsWrittenFromItsStartAndEndsSilently)
 TEST(TransformImage, missingOrEmptySourceGivesTheOutputBack)
 {
     const float pose[6] = {};
-    CapturedOutput output;
+    CapturedText output;
     ImagePtr empty(MERV::createImage(MERV::TypeShort)), given = newImage(MERV::TypeShort, {2, 2, 2});
     EXPECT_EQ(transformImage(pose, nullptr, nullptr, true), nullptr);
     EXPECT_EQ(transformImage(pose, empty.get(), nullptr, true), nullptr);

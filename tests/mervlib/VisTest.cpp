@@ -169,7 +169,7 @@ TEST(VisReader, readsAPartOfAStream)
 TEST(VisReader, requiredFieldsAreRequired)
 {
     for (const std::size_t offset : {0u, 12u, 32u, 36u, 52u}) {
-        const CapturedOutput output;
+        const CapturedText output;
         EXPECT_EQ(loadedFrom(header(1, 1, 1, 1).u32(offset, 2).str() + "a"), nullptr) << offset;
         EXPECT_EQ(output.text(), unsupported) << offset;
     }
@@ -187,7 +187,7 @@ TEST(VisReader, extentsThatDoNotMakeUpTheBytesAreCorrupted)
                                    // An extent that an image cannot have.
                                    header(0x80000000, 1, 1, 1).str()};
     for (const std::string &bytes : headers) {
-        const CapturedOutput output;
+        const CapturedText output;
         EXPECT_EQ(loadedFrom(bytes + "ab"), nullptr);
         EXPECT_EQ(output.text(), corrupted);
     }
@@ -197,7 +197,7 @@ TEST(VisReader, truncatedStreamsAreNull)
 {
     const std::string whole = header(2, 2, 1, 1).str() + "abcd";
     for (std::size_t size = 0; size < whole.size(); ++size) {
-        const CapturedOutput output;
+        const CapturedText output;
         EXPECT_EQ(loadedFrom(whole.substr(0, size)), nullptr) << size;
         EXPECT_EQ(output.text(), size < 512 ? unsupported : unreadable) << size;
     }
@@ -208,7 +208,7 @@ TEST(VisReader, pathsThatAreNoFilesAreNull)
 {
     const TempFolder folder;
     EXPECT_EQ(loadVis((folder / "none").c_str()), nullptr);
-    EXPECT_EQ(loadVis(folder.path.c_str()), nullptr);
+    EXPECT_EQ(loadVis(folder.path().c_str()), nullptr);
     EXPECT_EQ(loadVis(static_cast<const char *>(nullptr)), nullptr);
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/Files.h" // the folders that its files go to
+
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -167,28 +169,3 @@ dicomSlice(unsigned width, unsigned height, const std::vector<std::uint64_t> &pi
     file.numbers(0x7FE00010, "OW", pixels, 2);
     return file;
 }
-
-// A folder of its own that is removed at the end.
-class TemporaryFolder
-{
-public:
-    TemporaryFolder()
-    {
-        std::string name = (std::filesystem::temp_directory_path() / "tevora-XXXXXX").string();
-        root = mkdtemp(name.data());
-    }
-    ~TemporaryFolder()
-    {
-        std::error_code ignored;
-        std::filesystem::remove_all(root, ignored);
-    }
-    TemporaryFolder(const TemporaryFolder &) = delete;
-    TemporaryFolder &operator=(const TemporaryFolder &) = delete;
-
-    const std::filesystem::path &path() const { return root; }
-    std::string string() const { return root.string(); }
-    std::filesystem::path operator/(const std::string &name) const { return root / name; }
-
-private:
-    std::filesystem::path root;
-};
