@@ -19,6 +19,8 @@ using Histogram = std::array<std::int32_t, histogramBins>;
 using JointHistogram = std::array<std::array<std::int32_t, jointNumBins>, jointNumBins>;
 using EdgePointSlices = std::vector<std::vector<EdgePoint>>;
 
+// Counts of edge points by position and shift, each alone and in pairs, also with the angles of the gradient.
+// gradient.
 struct MeasuredDistribution
 {
     Histogram measuredX{}; // positions inside the pixel
@@ -30,6 +32,7 @@ struct MeasuredDistribution
     std::int64_t measuredCount = 0;
 };
 
+// The same counts for points of straight lines through the grid of pixels.
 struct SimulatedDistribution
 {
     Histogram simulatedX{};
