@@ -1,6 +1,9 @@
 #include "serialization/framework/BufferPrependedStdBinaryInputStream.h"
 
+#include <QtEndian>
+
 #include <algorithm>
+#include <array>
 #include <istream>
 #include <limits>
 
@@ -38,37 +41,38 @@ quint64 BufferPrependedStdBinaryInputStream::skipStream(quint64 count)
 
 BinaryInputStream &BufferPrependedStdBinaryInputStream::readUInt64(quint64 &value)
 {
-    value = 0;
-    for (int shift = 0; shift < 64; shift += 8) {
-        unsigned char byte = 0;
-        takeByte(byte);
-        value |= static_cast<quint64>(byte) << shift;
-    }
+    std::array<char, sizeof(quint64)> bytes{};
+    take(bytes.data(), bytes.size());
+    value = qFromLittleEndian<quint64>(bytes.data());
     return *this;
 }
 
 QString BufferPrependedStdBinaryInputStream::readString(int units)
 {
-    // Grown unit by unit, since a hostile count must not allocate more than the stream can fill.
+    // Grown block by block, since a hostile count must not allocate more than the stream can fill.
+    constexpr int blockUnits = 256;
+    std::array<char, sizeof(char16_t) * blockUnits> block{};
     QString text;
-    for (int i = 0; i < units; ++i) {
-        unsigned char low = 0;
-        unsigned char high = 0;
-        if (!takeByte(low) || !takeByte(high))
+    for (int rest = units; rest > 0; rest -= blockUnits) {
+        const std::size_t wanted = sizeof(char16_t) * static_cast<std::size_t>(std::min(rest, blockUnits));
+        const std::size_t taken = take(block.data(), wanted);
+        for (std::size_t at = 0; at + 1 < taken; at += sizeof(char16_t))
+            text += QChar(qFromLittleEndian<char16_t>(block.data() + at));
+        if (taken < wanted)
             break;
-        text += QChar(static_cast<char16_t>(low | high << 8));
     }
     return text;
 }
 
-bool BufferPrependedStdBinaryInputStream::takeByte(unsigned char &byte)
+std::size_t BufferPrependedStdBinaryInputStream::take(char *bytes, std::size_t count)
 {
-    char taken = 0;
-    const bool delivered = prependedLength > 0 || stream->get(taken);
-    if (prependedLength > 0) {
-        --prependedLength;
-        taken = *prepended++;
-    }
-    byte = static_cast<unsigned char>(taken);
-    return delivered;
+    const std::size_t buffered = std::min(count, static_cast<std::size_t>(prependedLength));
+    std::copy_n(prepended, buffered, bytes);
+    prependedLength -= static_cast<qint64>(buffered);
+    if (buffered > 0)
+        prepended += buffered;
+    if (buffered == count)
+        return count;
+    stream->read(bytes + buffered, static_cast<std::streamsize>(count - buffered));
+    return buffered + static_cast<std::size_t>(stream->gcount());
 }

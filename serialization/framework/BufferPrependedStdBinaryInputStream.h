@@ -2,6 +2,8 @@
 
 #include "serialization/framework/StdBinaryInputStream.h"
 
+#include <cstddef>
+
 // Reads a buffer first and then the stream, as if the buffer's bytes stood in front of the stream. Owns
 // neither. One thread at a time.
 class BufferPrependedStdBinaryInputStream : public StdBinaryInputStream
@@ -17,8 +19,8 @@ public:
     QString readString(int units) override;
 
 private:
-    // Takes the next byte; false, with 0, at the end of the stream, which then has failed.
-    bool takeByte(unsigned char &byte);
+    // Takes the next bytes and returns how many there were; with fewer than count the stream has failed.
+    std::size_t take(char *bytes, std::size_t count);
     // Moves the stream itself and returns how far it went.
     quint64 skipStream(quint64 count);
 

@@ -98,6 +98,24 @@ TEST(BufferPrependedStdBinaryInputStream, readString_withAnImmenseCount_takesOnl
     EXPECT_TRUE(stream.fail());
 }
 
+// 1000 units, the numbers 0 to 999, of which 101 bytes are in the buffer; the next text is cut within its
+// third unit.
+TEST(BufferPrependedStdBinaryInputStream, readString_ofManyUnits_takesJustThose)
+{
+    std::string all;
+    for (int unit = 0; unit < 1000; ++unit)
+        all += {static_cast<char>(unit % 256), static_cast<char>(unit / 256)};
+    std::istringstream source(all.substr(101) + std::string("x\0y\0z", 5));
+    BufferPrependedStdBinaryInputStream stream(&source, all.data(), 101);
+    const QString text = stream.readString(1000);
+    ASSERT_EQ(text.size(), 1000);
+    for (int unit = 0; unit < 1000; ++unit)
+        ASSERT_EQ(text[unit].unicode(), unit);
+    EXPECT_FALSE(stream.fail());
+    EXPECT_EQ(stream.readString(3), QString("xy"));
+    EXPECT_TRUE(stream.fail());
+}
+
 TEST(BufferPrependedStdBinaryInputStream, readString_fromTheBufferOfAnExhaustedStream_works)
 {
     std::istringstream source;
