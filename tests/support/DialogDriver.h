@@ -74,7 +74,7 @@ public:
     // The same, answered with a click on the button that bears `buttonText`; `inspect` may look at the box
     // first.
     void expectBox(QMessageBox::Icon icon, const QString &title, const QString &text,
-                   const QString &buttonText, std::function<void(QMessageBox *)> inspect = {})
+                   const QString &buttonText, const std::function<void(QMessageBox *)> &inspect = {})
     {
         expect<QMessageBox>("box \"" + text + "\"", [=, this](QMessageBox *box) {
             checkBox(box, icon, title, text);
@@ -87,7 +87,7 @@ public:
     // A file dialog with this caption: types the path and presses Return. `inspect` may look at the dialog
     // first (for example choose a filter with selectFilter). A null path cancels with Escape.
     void expectFileDialog(const QString &caption, const QString &path,
-                          std::function<void(QFileDialog *)> inspect = {})
+                          const std::function<void(QFileDialog *)> &inspect = {})
     {
         expect<QFileDialog>("file dialog \"" + caption + "\"", [=, this](QFileDialog *dialog) {
             check("caption", dialog->windowTitle(), caption);
