@@ -68,10 +68,7 @@ RasterizerObject::RasterizerObject(ImageObject *newSource, int newWidth, int new
     clearSignature();
     setLabel(tr("Rasterization of %1").arg(source != nullptr ? source->label() : QString()));
     followSource();
-    // What any canvas has: there are no others any more.
-    std::cout << "Pbuffer is in "
-              << "RGBA"
-              << " mode." << std::endl;
+    probeOrientation();
     std::cout << "Rasterizer constructed; thread id is " << QThread::currentThreadId() << std::endl;
     canvas->giveAway();
     worker.start(QThread::InheritPriority);

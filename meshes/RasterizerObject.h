@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <vector>
 
 class OffscreenCanvas;
@@ -59,7 +58,7 @@ private:
     void followSource();
     void releaseSource();
     bool showsProbeColour(int row) const;
-    bool probeOrientation() const;
+    void probeOrientation();
 
     void work();
     bool awaitRequest();
@@ -94,9 +93,7 @@ private:
     std::vector<std::uint8_t> pixels; // read back from the canvas, four bytes each; the worker's
     std::unique_ptr<OffscreenCanvas> canvas;
     unsigned int drawingErrors = 0; // of OpenGL in the run before
-    // The canvas has its first row at the top. Found out by the worker's first run: drawing a point may mean
-    // that OpenGL compiles a program, which the windows need not wait for.
-    std::optional<bool> yFlipped;
+    bool yFlipped = false;          // the canvas has its first row at the top
     bool deletionTold = false;
     WorkerThread worker;
 };

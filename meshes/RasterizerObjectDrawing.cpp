@@ -1,4 +1,4 @@
-// The OpenGL side of RasterizerObject, on its worker.
+// The OpenGL side of RasterizerObject: what the constructor finds out about the canvas, and the worker.
 #include "meshes/RasterizerObject.h"
 #include "platform/GlState.h"
 #include "platform/OffscreenCanvas.h"
@@ -89,10 +89,17 @@ bool RasterizerObject::showsProbeColour(int row) const
     return pixel == probeColour;
 }
 
-// Draws a point into the first voxel and looks where it is: true if the first row is at the top.
-bool RasterizerObject::probeOrientation() const
+// Draws a point into the first voxel and looks where it is.
+void RasterizerObject::probeOrientation()
 {
     constexpr int otherEnd = 255; // on purpose not derived from the height
+    const bool current = canvas->makeCurrent();
+    // What any canvas has: there are no others any more.
+    std::cout << "Pbuffer is in "
+              << "RGBA"
+              << " mode." << std::endl;
+    if (!current)
+        return;
     loadPlainState();
     glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
     glClear(GL_COLOR_BUFFER_BIT);
@@ -102,7 +109,8 @@ bool RasterizerObject::probeOrientation() const
         const GlPrimitive points(GL_POINTS);
         glVertex2f(voxelSize[0] / 2.0f, voxelSize[1] / 2.0f);
     }
-    return !showsProbeColour(0) && showsProbeColour(otherEnd);
+    yFlipped = !showsProbeColour(0) && showsProbeColour(otherEnd);
+    canvas->doneCurrent();
 }
 
 void RasterizerObject::work()
@@ -145,8 +153,6 @@ void RasterizerObject::rasterize()
                         std::to_string(drawingErrors));
     bool complete = true;
     if (canvas->makeCurrent()) {
-        if (!yFlipped)
-            yFlipped = probeOrientation();
         setUpDrawing();
         complete = drawSlices();
         drawingErrors = glGetError();
@@ -169,7 +175,7 @@ void RasterizerObject::setUpDrawing() const
 {
     const double right = width * static_cast<double>(voxelSize[0]);
     const double top = height * static_cast<double>(voxelSize[1]);
-    if (yFlipped.value_or(false))
+    if (yFlipped)
         loadOrtho(right, top, 0.0);
     else
         loadOrtho(right, 0.0, top);
