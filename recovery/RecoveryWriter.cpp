@@ -91,6 +91,7 @@ private:
     {
         files.push_back(added);
         std::vector<qint64> times;
+        times.reserve(files.size());
         for (const WrittenFile &file : files)
             times.push_back(file.time);
         const std::vector<std::size_t> superseded = RecoveryFiles::superseded(times, added.time);
