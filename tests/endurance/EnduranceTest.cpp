@@ -20,6 +20,7 @@
 #include "tests/endurance/Watched.h"
 #include "tests/support/NoTimeLimit.h"
 #include "tests/support/PrivateSettings.h"
+#include "tests/support/Sanitized.h"
 #include "tests/support/SilentOutput.h"
 #include "tests/support/TestVolume.h"
 #include "view/GraphicsPod.h"
@@ -45,12 +46,6 @@ constexpr int volumeSize = 64, volumeDepth = 10;
 constexpr float sliceMm = 2.0f;
 constexpr int editsPerUnit = 2000, stepsPerUnit = 100, viewersPerUnit = 10;
 constexpr double allowedGrowthMb = 20.0;
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool sizeSaysSomething = false; // the sanitizer keeps freed memory
-#else
-constexpr bool sizeSaysSomething = true;
-#endif
 
 // Of this process, with what is free given back, the pictures of widgets that the toolkit keeps (10 MB at
 // most) among it.
@@ -263,7 +258,7 @@ void EnduranceTest::memoryStaysTheSame()
           static_cast<double>(clock.elapsed()) / 1000, sizes[0], sizes[1], sizes[2]);
     QVERIFY(!source->atEnd());
     QVERIFY(sizes[0] > 0);
-    if (sizeSaysSomething)
+    if (!sanitized)
         QVERIFY2(sizes[2] - sizes[0] < allowedGrowthMb,
                  qPrintable(QString("grown by %1 MB").arg(sizes[2] - sizes[0])));
 }

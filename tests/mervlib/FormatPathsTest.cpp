@@ -136,7 +136,7 @@ protected:
     void SetUp() override
     {
         writeFile(temporary / "template.img.hdr", "a\n");
-        ASSERT_EQ(chmod(temporary.path.c_str(), 0555), 0);
+        ASSERT_EQ(chmod(temporary.path().c_str(), 0555), 0);
         if (geteuid() == 0) {
             ASSERT_EQ(seteuid(65534), 0);
         }
@@ -145,7 +145,7 @@ protected:
     void TearDown() override
     {
         ASSERT_EQ(seteuid(getuid()), 0);
-        ASSERT_EQ(chmod(temporary.path.c_str(), 0755), 0);
+        ASSERT_EQ(chmod(temporary.path().c_str(), 0755), 0);
     }
 
     TempFolder temporary;

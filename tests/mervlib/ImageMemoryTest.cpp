@@ -1,4 +1,5 @@
 #include "tests/mervlib/ImageTestTools.h"
+#include "tests/support/Sanitized.h"
 
 #include <fstream>
 #include <limits>
@@ -12,12 +13,6 @@ class ImageMemory : public testing::Test
 TYPED_TEST_SUITE(ImageMemory, VoxelTypes);
 
 namespace {
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool sanitized = true;
-#else
-constexpr bool sanitized = false;
-#endif
 
 // A number of kilobytes from the kernel's description of this process; 0 where there is none.
 std::uint64_t statusKilobytes(const std::string &key)

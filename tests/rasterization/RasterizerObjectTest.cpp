@@ -7,6 +7,7 @@
 #include "tests/support/MemoryLimit.h"
 #include "tests/support/RasterRun.h"
 #include "tests/support/RasterSources.h"
+#include "tests/support/Sanitized.h"
 #include "tests/support/ScanConversion.h"
 #include "tests/support/TestVolume.h"
 
@@ -890,9 +891,8 @@ private slots:
     // No room for the image, or for the image but not for the copy that the worker draws into.
     void exhaustedMemoryOfAnySizeIsThrown()
     {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-        QSKIP("A sanitizer ends the program where memory is exhausted.");
-#endif
+        if (sanitized)
+            QSKIP("A sanitizer ends the program where memory is exhausted.");
         constexpr rlim_t megabyte = 1 << 20;
         SlicedContoursObject contours;
         BitPlaneRasterizerObject(&contours, 4, 4, 4, 1, 1, 1); // starts what OpenGL keeps
