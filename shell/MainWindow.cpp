@@ -43,6 +43,7 @@ MainWindow::~MainWindow()
 {
     writeSettings();
     delete helpViewer;
+    delete manager; // while the window that listens to it is whole
 }
 
 void MainWindow::buildImageList()

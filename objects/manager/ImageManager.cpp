@@ -46,6 +46,17 @@ ImageManager::~ImageManager()
     settings.endArray();
     settings.endGroup();
     saveCurrentDirectory();
+    closeOwnedImages();
+}
+
+// Images of a DICOM folder are children of the manager and go with it, while others follow them and windows
+// show them.
+void ImageManager::closeOwnedImages()
+{
+    const QList<ImageObject *> listed = images;
+    for (ImageObject *image : listed)
+        if (image->parent() == this)
+            closeImage(index(static_cast<int>(images.indexOf(image)), 0));
 }
 
 void ImageManager::restoreCurrentDirectory()

@@ -277,6 +277,34 @@ private slots:
         QVERIFY(derived->sources().isEmpty());
     }
 
+    // Views still show them at the end of the program, and may paint while they go.
+    void end_closesTheManagersOwnImages()
+    {
+        auto manager = std::make_unique<ImageManager>(nullptr);
+        bool deleted = false, derivedDeleted = false;
+        auto derived = std::make_unique<FakeImage>("derived");
+        derived->deleted = &derivedDeleted;
+        auto *source = new FakeImage("source");
+        source->deleted = &deleted;
+        source->setParent(manager.get());
+        derived->sourceList = {source};
+        manager->addImage(derived.get());
+        manager->addImage(source);
+        int calls = 0;
+        QObject holder;
+        manager->addClosingListener(&holder, [&](ImageObject *closing) {
+            ++calls;
+            QCOMPARE(closing, source);
+            QVERIFY(!deleted);
+            QCOMPARE(derived->letGoOf, QStringList({"source"}));
+        });
+        manager.reset();
+        QCOMPARE(calls, 1);
+        QVERIFY(deleted);
+        QVERIFY(!derivedDeleted);
+        QVERIFY(derived->sources().isEmpty());
+    }
+
     void closingListener_endsWithItsHolder()
     {
         ImageManager manager(nullptr);
