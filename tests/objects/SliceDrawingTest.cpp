@@ -3,6 +3,7 @@
 #include "objects/SparselySampledImageObject.h"
 #include "tests/support/GlCanvas.h"
 #include "tests/support/GoldenPicture.h"
+#include "tests/support/Sanitized.h"
 #include "tests/support/TestVolume.h"
 
 #include <QTest>
@@ -663,6 +664,8 @@ void SliceDrawingTest::unusableImagesDrawNothing()
 // voxels, the 8-bit textures and at most 64 MB.
 void SliceDrawingTest::memoryIsVoxelsTexturesAndLittleMore()
 {
+    if (sanitized)
+        QSKIP("a sanitizer takes memory for itself");
     Canvas canvas;
     TestAdvisor advisor;
     const long before = megabytes("VmRSS:");
