@@ -46,17 +46,16 @@ ImageManager::~ImageManager()
     settings.endArray();
     settings.endGroup();
     saveCurrentDirectory();
-    closeOwnedImages();
+    letGoOfOwnedImages();
 }
 
 // Images of a DICOM folder are children of the manager and go with it, while others follow them and windows
 // show them.
-void ImageManager::closeOwnedImages()
+void ImageManager::letGoOfOwnedImages()
 {
-    const QList<ImageObject *> listed = images;
-    for (ImageObject *image : listed)
+    for (ImageObject *image : std::as_const(images))
         if (image->parent() == this)
-            closeImage(index(static_cast<int>(images.indexOf(image)), 0));
+            announceClosing(image);
 }
 
 void ImageManager::restoreCurrentDirectory()

@@ -40,8 +40,8 @@ public:
 
     // Restores the current directory of the process, and stores it every 10 seconds from then on.
     explicit ImageManager(QObject *parent);
-    // Records the paths of the images and the current directory. Closes the images that are its children, as
-    // those of a DICOM folder are; others are left alone.
+    // Records the paths of the images and the current directory. Images that are its children, as those of a
+    // DICOM folder are, go with it, and all let go of them first; others are left alone.
     ~ImageManager() override;
 
     // The order of registration is the order in which loading and saving ask.
@@ -127,7 +127,7 @@ private:
 
     void restoreCurrentDirectory();
     void addPropertyNames(const MervImageObject &image);
-    void closeOwnedImages();
+    void letGoOfOwnedImages();
     void announceClosing(ImageObject *closing);
     QIcon icon(ImageObject *image) const;
     QVariant propertyText(ImageObject *image, int column) const;

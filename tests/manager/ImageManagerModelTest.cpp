@@ -278,7 +278,7 @@ private slots:
     }
 
     // Views still show them at the end of the program, and may paint while they go.
-    void end_closesTheManagersOwnImages()
+    void end_letsGoOfTheManagersOwnImages()
     {
         auto manager = std::make_unique<ImageManager>(nullptr);
         bool deleted = false, derivedDeleted = false;
