@@ -64,7 +64,7 @@ public:
     // Ends the worker threads of all images and waits for them; for the end of the program.
     void stopWorkers();
     // For holders of image objects that are not in the list themselves, as views are: `listener` is called by
-    // closeImage() while the object is still whole, as long as `holder` lives.
+    // closeImage(), and at the manager's end, while the object is still whole, as long as `holder` lives.
     void addClosingListener(QObject *holder, ClosingListener listener);
 
     // Asks for a file and a format and writes the image; reports by dialogs. True when it was written.
