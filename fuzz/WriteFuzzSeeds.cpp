@@ -47,7 +47,7 @@ public:
     }
     void add(const std::string &bytes)
     {
-        std::ofstream(folder / ("seed" + std::to_string(count++)), std::ios::binary) << bytes;
+        std::ofstream(folder / ("input" + std::to_string(count++)), std::ios::binary) << bytes;
     }
     std::filesystem::path scratch() const { return folder / "scratch"; }
     void removeScratch() const
@@ -219,8 +219,8 @@ void writeAdapters(const std::filesystem::path &parent)
     SeedFolder seeds(parent, "FuzzAdapters");
     char format = 0;
     for (const char *target : {"FuzzMetaImage", "FuzzBitmap", "FuzzAnalyze"}) {
-        for (const char *seed : {"seed1", "seed3"})
-            seeds.add(format + contentOf(parent / target / seed));
+        for (const char *input : {"input1", "input3"})
+            seeds.add(format + contentOf(parent / target / input));
         ++format;
     }
 }
