@@ -1,7 +1,9 @@
 #include "recovery/RecoveryWriter.h"
 
 #include "recovery/RecoveryFiles.h"
+#include "recovery/RecoveryFolder.h"
 #include "tests/support/CapturedOutput.h"
+#include "tests/support/NoThreads.h"
 
 #include <gtest/gtest.h>
 
@@ -9,6 +11,8 @@
 #include <QTemporaryDir>
 
 #include <csignal>
+#include <iostream>
+#include <streambuf>
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -48,8 +52,14 @@ bool holdsInChild(const std::function<bool()> &work)
     return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-// The writer fails twice, says so once, and tells which object it was.
-bool failsWithOneLine(const QString &session, const std::string &bytes)
+bool writes(RecoveryWriter &writer, int object, const std::string &bytes)
+{
+    writer.write("knee", object, bytes);
+    return writer.waitUntilWritten(longEnough) && writer.takeFailed().empty();
+}
+
+// The writer fails twice, says so and why once, and tells which object it was.
+bool failsWithOneLine(const QString &session, const std::string &bytes, const QString &cause)
 {
     const CapturedOutput output;
     {
@@ -60,9 +70,52 @@ bool failsWithOneLine(const QString &session, const std::string &bytes)
                 return false;
         }
     }
-    return output.standardError().count('\n') == 1 &&
-           output.standardError().startsWith("The contours could not be kept for recovery in " + session);
+    const QString line = output.standardError();
+    return line.count('\n') == 1 &&
+           line.startsWith("The contours could not be kept for recovery in " + session) &&
+           line.endsWith(": " + cause + '\n');
 }
+
+// The largest file that may be written from now on.
+bool limitFiles(rlim_t bytes)
+{
+    rlimit limit{};
+    std::signal(SIGXFSZ, SIG_IGN);
+    if (getrlimit(RLIMIT_FSIZE, &limit) != 0)
+        return false;
+    limit.rlim_cur = bytes;
+    return setrlimit(RLIMIT_FSIZE, &limit) == 0;
+}
+
+// Counts the pieces in which std::cerr is given its text.
+class Pieces : public std::streambuf
+{
+public:
+    Pieces()
+        : former(std::cerr.rdbuf(this))
+    {}
+    ~Pieces() override { std::cerr.rdbuf(former); }
+    Pieces(const Pieces &) = delete;
+    Pieces &operator=(const Pieces &) = delete;
+
+    int count() const { return pieces; }
+
+protected:
+    int_type overflow(int_type character) override
+    {
+        ++pieces;
+        return traits_type::not_eof(character);
+    }
+    std::streamsize xsputn(const char *, std::streamsize length) override
+    {
+        ++pieces;
+        return length;
+    }
+
+private:
+    std::streambuf *former;
+    int pieces = 0;
+};
 
 } // namespace
 
@@ -169,21 +222,115 @@ TEST_F(RecoveryWriterTest, readOnlyFolder_costsOneLine)
         // Nothing is read-only for root.
         if (geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0))
             return false;
-        return failsWithOneLine(session, "a");
+        return failsWithOneLine(session, "a", "the folder cannot be made");
     }));
     QFile::setPermissions(root.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
+// The small one goes through the toolkit's buffer.
 TEST_F(RecoveryWriterTest, fileThatMayNotGrow_costsOneLineAndLeavesNoHalfFile)
 {
+    for (const std::size_t size : {std::size_t(5000), std::size_t(100000)}) {
+        EXPECT_TRUE(holdsInChild([&] {
+            return limitFiles(4096) && failsWithOneLine(session, std::string(size, 'x'), "File too large");
+        }));
+        EXPECT_EQ(files(), QStringList());
+    }
+}
+
+TEST_F(RecoveryWriterTest, folderWithoutRoomForItsLock_isLockedLater)
+{
     EXPECT_TRUE(holdsInChild([this] {
-        std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{4096, 4096};
-        if (setrlimit(RLIMIT_FSIZE, &limit) != 0)
+        const CapturedOutput output;
+        RecoveryWriter writer(session);
+        if (!limitFiles(0) || writes(writer, 1, "a") || !QDir(session).exists() || !files().isEmpty())
             return false;
-        return failsWithOneLine(session, std::string(100000, 'x'));
+        if (!output.standardError().endsWith(": the folder cannot be marked as in use\n"))
+            return false;
+        return limitFiles(RLIM_INFINITY) && writes(writer, 1, "b") && files().contains("running.lock") &&
+               !RecoveryFolder::sessionLock(session)->tryLock(0);
     }));
-    EXPECT_EQ(files(), QStringList());
+}
+
+TEST_F(RecoveryWriterTest, largeObjectsThatFailBesideSmallOnes_costOneLineUntilAllSucceed)
+{
+    EXPECT_TRUE(holdsInChild([this] {
+        const CapturedOutput output;
+        RecoveryWriter writer(session);
+        const auto fail = [&] {
+            return !writes(writer, 1, std::string(5000, 'x')) && writes(writer, 2, "b");
+        };
+        if (!limitFiles(4096) || !fail() || !fail() || output.standardError().count('\n') != 1)
+            return false;
+        if (!limitFiles(RLIM_INFINITY) || !writes(writer, 1, std::string(5000, 'x')))
+            return false;
+        return limitFiles(4096) && fail() && output.standardError().count('\n') == 2;
+    }));
+}
+
+TEST_F(RecoveryWriterTest, failingObjectThatIsForgotten_doesNotSilenceTheNext)
+{
+    EXPECT_TRUE(holdsInChild([this] {
+        const CapturedOutput output;
+        RecoveryWriter writer(session);
+        if (!limitFiles(4096) || writes(writer, 1, std::string(5000, 'x')))
+            return false;
+        writer.forget(1);
+        return !writes(writer, 2, std::string(5000, 'x')) && output.standardError().count('\n') == 2;
+    }));
+}
+
+TEST_F(RecoveryWriterTest, line_isWrittenAtOnce)
+{
+    QFile obstacle(root.filePath("sub"));
+    ASSERT_TRUE(obstacle.open(QIODevice::WriteOnly));
+    const Pieces pieces;
+    {
+        RecoveryWriter writer(session);
+        EXPECT_FALSE(writes(writer, 1, "a"));
+    }
+    EXPECT_EQ(pieces.count(), 1);
+}
+
+TEST_F(RecoveryWriterTest, clockSetBack_theLastStateKeepsTheLastTime)
+{
+    const QDateTime noon(QDate(2026, 3, 1), QTime(12, 0));
+    QDateTime now = noon;
+    RecoveryWriter writer(session, [&now] { return now; });
+    ASSERT_TRUE(writes(writer, 1, "a"));
+    now = noon.addSecs(-3600);
+    ASSERT_TRUE(writes(writer, 1, "b"));
+    ASSERT_TRUE(writes(writer, 2, "c")); // has no former state
+    now = noon.addSecs(60);
+    ASSERT_TRUE(writes(writer, 1, "d"));
+    ASSERT_EQ(generations().size(), 3);
+    const auto time = [this](int file) { return RecoveryFiles::parse(generations()[file])->time; };
+    EXPECT_EQ(content(generations()[0]), "b");
+    EXPECT_EQ(time(0), noon.addMSecs(1));
+    EXPECT_EQ(content(generations()[1]), "d");
+    EXPECT_EQ(time(1), noon.addSecs(60));
+    EXPECT_EQ(content(generations()[2]), "c");
+    EXPECT_EQ(time(2), noon.addSecs(-3600));
+}
+
+TEST_F(RecoveryWriterTest, withoutThreads_writesBeforeEachCallReturns)
+{
+    const CapturedOutput output;
+    {
+        const NoThreads none;
+        RecoveryWriter writer(session);
+        writer.write("knee", 1, "a");
+        ASSERT_EQ(generations().size(), 1);
+        EXPECT_EQ(content(generations()[0]), "a");
+        EXPECT_TRUE(files().contains("running.lock"));
+        writer.markSaved(1);
+        EXPECT_TRUE(files().contains("1.saved"));
+        EXPECT_TRUE(writer.waitUntilWritten(std::chrono::milliseconds(0)));
+    }
+    EXPECT_EQ(files().size(), 2); // the lock has gone
+    EXPECT_EQ(output.standardError().count('\n'), 1);
+    EXPECT_TRUE(
+        output.standardError().startsWith("No thread could be started to keep contours for recovery"));
 }
 
 TEST_F(RecoveryWriterTest, fullDisk_costsOneLineAndKeepsTheFormerGeneration)
@@ -196,7 +343,7 @@ TEST_F(RecoveryWriterTest, fullDisk_costsOneLineAndKeepsTheFormerGeneration)
         EXPECT_TRUE(writer.waitUntilWritten(longEnough));
         EXPECT_TRUE(writer.takeFailed().empty());
     }
-    EXPECT_TRUE(failsWithOneLine(session, std::string(100000, 'x')));
+    EXPECT_TRUE(failsWithOneLine(session, std::string(100000, 'x'), "No space left on device"));
     ASSERT_EQ(files().size(), 1);
     EXPECT_EQ(content(files()[0]), QByteArray(30000, 'a'));
     EXPECT_EQ(umount(qPrintable(root.path())), 0);
