@@ -67,7 +67,11 @@ void RecoveryJournal::watchNewContours()
 void RecoveryJournal::writeChanged()
 {
     const std::set<int> failed = writer.takeFailed();
-    std::erase_if(watched, [](const Watched &entry) { return entry.contours.isNull(); });
+    std::erase_if(watched, [this](const Watched &entry) {
+        if (entry.contours.isNull())
+            writer.forget(entry.number);
+        return entry.contours.isNull();
+    });
     for (Watched &entry : watched) {
         if (failed.count(entry.number) != 0)
             entry.state = 0; // try again
@@ -78,7 +82,8 @@ void RecoveryJournal::writeChanged()
 void RecoveryJournal::writeIfChanged(Watched &entry)
 {
     std::string bytes = slicBytes(*entry.contours);
-    if (std::exchange(entry.state, stateOf(bytes)) != entry.state)
+    const std::size_t former = std::exchange(entry.state, stateOf(bytes));
+    if (entry.state != former)
         writer.write(entry.contours->label(), entry.number, std::move(bytes));
 }
 
@@ -89,6 +94,7 @@ void RecoveryJournal::noteClosing(ImageObject *closing)
     if (closed == watched.end())
         return;
     writeIfChanged(*closed);
+    writer.forget(closed->number);
     watched.erase(closed);
 }
 

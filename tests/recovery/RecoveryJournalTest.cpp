@@ -9,6 +9,7 @@
 #include "serialization/formats/SlicSerializer.h"
 #include "serialization/formats/SlicUnserializer.h"
 #include "serialization/formats/TextSlicSerializer.h"
+#include "tests/support/CapturedOutput.h"
 #include "tests/support/DialogDriver.h"
 #include "tests/support/PrivateSettings.h"
 
@@ -157,11 +158,32 @@ private slots:
 
     void contoursDeletedWithoutTheManager_areForgotten()
     {
-        auto *contours = new SlicedContoursObject("loose");
-        manager->addImage(contours);
-        manager->closeImage(manager->index(0, 0));
+        SlicedContoursObject *loose = addContours("loose");
+        SlicedContoursObject *other = addContours("other");
+        draw(loose, 7);
+        draw(other, 8);
+        std::destroy_at(loose);
+        std::construct_at(loose, "new"); // in its place, for the list still knows it
         journal->writeNow();
-        QCOMPARE(generations().size(), 0);
+        QCOMPARE(generations().size(), 1);
+        QCOMPARE(read(generations()[0])->label(), "other");
+        draw(other, 9);
+        journal->writeNow();
+        QCOMPARE(RecoveryFiles::parse(generations().last())->object, 2);
+        QCOMPARE(read(generations().last())->fragment(0)->segment(0)->lastPoint(), QPointF(9, 81));
+    }
+
+    void contoursClosedWhileTheyFail_doNotSilenceTheNext()
+    {
+        const CapturedOutput output;
+        QFile obstacle(session());
+        QVERIFY(obstacle.open(QIODevice::WriteOnly));
+        for (int i = 1; i <= 2; ++i) {
+            draw(addContours(), 7);
+            manager->closeImage(manager->index(0, 0));
+            journal->writeNow();
+            QCOMPARE(output.standardError().count('\n'), i);
+        }
     }
 
     void end_writesWhatChanged()
