@@ -52,10 +52,11 @@ void removeOld(const QString &session, const QDateTime &limit)
     for (const QString &half : content.halves)
         QFile::remove(half);
     for (const auto &[object, files] : content.generations) {
-        const bool saved = content.saved.count(object) != 0;
+        if (content.saved.count(object) == 0)
+            continue;
         std::size_t left = files.size();
         for (const auto &file : files) {
-            if (file.time < limit && (left > 1 || saved) && QFile::remove(file.path))
+            if (file.time < limit && QFile::remove(file.path))
                 --left;
         }
         if (left == 0)

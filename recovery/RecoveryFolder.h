@@ -26,9 +26,9 @@ public:
     // The last generations of all contours that no file of the user's holds, one line of text for each
     // session that has not ended cleanly. Each session is told once.
     QStringList takeUncleanEnds() const;
-    // Removes what is older than 30 days, but for the last generation of contours that no file of the user's
-    // holds, and half files that an unclean end left. Leaves running sessions alone, and files of other
-    // names: whoever opens a generation is offered its folder for saving.
+    // Removes the generations older than 30 days of contours whose last state is in a file of the user's, and
+    // half files that an unclean end left. Leaves running sessions alone, all generations of other contours,
+    // and files of other names: whoever opens a generation is offered its folder for saving.
     void removeOutdated(const QDateTime &now) const;
 
 private:

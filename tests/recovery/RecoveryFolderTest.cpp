@@ -105,15 +105,15 @@ TEST_F(RecoveryFolderTest, missingFolder_isEmpty)
     EXPECT_FALSE(QFile::exists(root.filePath("none")));
 }
 
-TEST_F(RecoveryFolderTest, after30Days_savedContoursGo_ofUnsavedOnesTheLastGenerationStays)
+TEST_F(RecoveryFolderTest, after30Days_savedContoursGo_unsavedOnesStay)
 {
     addGeneration("old", 1, now.addDays(-40));
     addGeneration("old", 1, now.addDays(-31));
     addFile("old", "1.saved");
-    addGeneration("old", 2, now.addDays(-40));
+    const QString first = addGeneration("old", 2, now.addDays(-40));
     const QString last = addGeneration("old", 2, now.addDays(-31));
     folder.removeOutdated(now);
-    EXPECT_EQ(files("old"), QStringList{QFileInfo(last).fileName()});
+    EXPECT_EQ(files("old"), (QStringList{QFileInfo(first).fileName(), QFileInfo(last).fileName()}));
 }
 
 TEST_F(RecoveryFolderTest, youngerGenerations_stay)
@@ -121,11 +121,12 @@ TEST_F(RecoveryFolderTest, youngerGenerations_stay)
     addGeneration("young", 1, now.addDays(-29));
     addGeneration("young", 1, now.addDays(-28));
     addFile("young", "1.saved");
-    addGeneration("half", 1, now.addDays(-31));
-    addGeneration("half", 1, now.addDays(-29));
+    addGeneration("partly", 1, now.addDays(-31));
+    const QString younger = addGeneration("partly", 1, now.addDays(-29));
+    addFile("partly", "1.saved");
     folder.removeOutdated(now);
     EXPECT_EQ(files("young").size(), 3);
-    EXPECT_EQ(files("half").size(), 1);
+    EXPECT_EQ(files("partly"), (QStringList{"1.saved", QFileInfo(younger).fileName()}));
 }
 
 TEST_F(RecoveryFolderTest, halfFiles_goWhenTheirSessionHasEnded)
