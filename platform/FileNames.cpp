@@ -1,6 +1,7 @@
 #include "platform/FileNames.h"
 
 #include <QFile>
+#include <QStandardPaths>
 
 std::string narrowPath(const QString &path)
 {
@@ -15,4 +16,9 @@ std::wstring widePath(const QString &path)
 QString pathFromWide(const wchar_t *path)
 {
     return path == nullptr ? QString() : QString::fromWCharArray(path);
+}
+
+QString recoveryFolderPath()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + "/recovery";
 }

@@ -4,7 +4,6 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QStandardPaths>
 
 #include <algorithm>
 #include <map>
@@ -71,11 +70,6 @@ void removeOld(const QString &session, const QDateTime &limit)
 RecoveryFolder::RecoveryFolder(QString newPath)
     : path(std::move(newPath))
 {}
-
-QString RecoveryFolder::defaultPath()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + "/recovery";
-}
 
 QString RecoveryFolder::newSessionPath() const
 {

@@ -15,9 +15,6 @@ class RecoveryFolder
 public:
     explicit RecoveryFolder(QString path);
 
-    // In the platform's place for the data of this application.
-    static QString defaultPath();
-
     // For a session that begins now; the folder is not made.
     QString newSessionPath() const;
     // For the process that holds the session.

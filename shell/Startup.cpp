@@ -1,6 +1,7 @@
 #include "shell/Startup.h"
 
 #include "objects/manager/ImageManager.h"
+#include "platform/FileNames.h"
 #include "recovery/RecoveryFolder.h"
 #include "recovery/RecoveryJournal.h"
 #include "shell/Language.h"
@@ -65,7 +66,7 @@ std::unique_ptr<MainWindow> startUp(TevoraSplashScreen &splash)
 // Names what an unclean end left behind, and keeps what is drawn from now on.
 std::unique_ptr<RecoveryJournal> keepJournal(ImageManager &manager)
 {
-    const RecoveryFolder folder(RecoveryFolder::defaultPath());
+    const RecoveryFolder folder(recoveryFolderPath());
     for (const QString &line : folder.takeUncleanEnds())
         std::cout << qPrintable(line) << std::endl;
     folder.removeOutdated(QDateTime::currentDateTime());

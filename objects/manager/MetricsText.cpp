@@ -1,11 +1,12 @@
 #include "objects/manager/MetricsText.h"
 
+#include "platform/FileNames.h"
+
 #include <QAbstractItemModel>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QStandardPaths>
 
 namespace {
 
@@ -42,7 +43,7 @@ QByteArray MetricsText::text(const QAbstractItemModel &model)
 
 QString MetricsText::keepCopy(const QString &path)
 {
-    const QDir folder(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + "/recovery");
+    const QDir folder(recoveryFolderPath());
     if (!folder.mkpath("."))
         return QString();
     const QString stem = QDateTime::currentDateTime().toString("yyyyMMdd-HHmmss-zzz");

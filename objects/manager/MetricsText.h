@@ -14,8 +14,8 @@ QString path(const QString &contoursPath);
 // All cells of the model without their units, in the local 8-bit encoding; each cell is followed by a tab,
 // the last of a row by a line feed, and each of these by a zero byte.
 QByteArray text(const QAbstractItemModel &model);
-// Copies a file that is about to be overwritten to a new file in the folder "recovery" of the application's
-// data. Returns the path of the copy, empty on failure.
+// Copies a file that is about to be overwritten to a new file in recoveryFolderPath(). Returns the path of
+// the copy, empty on failure.
 QString keepCopy(const QString &path);
 
 } // namespace MetricsText
