@@ -238,8 +238,10 @@ void QStackedSliceViewer::saveScreenshot()
     const QString path =
         QFileDialog::getSaveFileName(this, tr("Save Screenshot as"), QCoreApplication::applicationDirPath(),
                                      tr("JPEG Image (*.jpg)\nPortable Network Graphics (*.png)"));
-    if (!path.isEmpty())
-        picture.save(path, path.endsWith(".jpg", Qt::CaseInsensitive) ? "JPG" : "PNG");
+    if (path.isEmpty())
+        return;
+    emit imageManager->aboutToWrite();
+    picture.save(path, path.endsWith(".jpg", Qt::CaseInsensitive) ? "JPG" : "PNG");
 }
 
 void QStackedSliceViewer::dragEnterEvent(QDragEnterEvent *event)

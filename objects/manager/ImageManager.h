@@ -110,7 +110,8 @@ public:
                       const QModelIndex &parent) override;
 
 signals:
-    // Files are about to be written for an image, perhaps in the place of others.
+    // Files are about to be written for the user, perhaps in the place of others. Whoever writes files
+    // without the manager emits it as well.
     void aboutToWrite();
     // The image was written completely.
     void imageWritten(ImageObject *image, AbstractImageObjectSerializer *serializer);

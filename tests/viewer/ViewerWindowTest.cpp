@@ -332,6 +332,23 @@ private slots:
         QCOMPARE(firstBytes(saveScreenshot("none"), 4), pngStart);
     }
 
+    void screenshot_isAnnouncedBeforeItIsWritten()
+    {
+        showVolume();
+        QList<bool> existed;
+        connect(&scene->manager, &ImageManager::aboutToWrite, this,
+                [&] { existed << QFile::exists(folder.filePath("announced.png")); });
+        {
+            DialogDriver driver;
+            driver.expectFileDialog("Save Screenshot as", QString());
+            scene->action("Screenshot")->trigger();
+            QVERIFY2(driver.verify(), driver.report());
+        }
+        QCOMPARE(existed, QList<bool>());
+        QVERIFY(QFile::exists(saveScreenshot("announced.png")));
+        QCOMPARE(existed, QList<bool>{false});
+    }
+
     void screenshot_asksInTheProgramsFolder_withTwoFilters()
     {
         showVolume();
