@@ -1,6 +1,6 @@
 // A long day at the program in fast motion: one patient's contours are edited, slices stepped through,
-// viewers and tables of metrics opened and closed, measurements and colourings made anew, while the workers
-// follow. The memory that the process holds must not grow.
+// viewers and tables of metrics opened and closed, measurements and colourings made anew, contours saved,
+// while the workers follow and the recovery journal writes. The memory that the process holds must not grow.
 //
 // TEVORA_ENDURANCE multiplies the length: 5 is the whole day (10,000 edits, 500 steps, 50 viewers).
 #include "contours/ConventionalSliceEdgePointExtractor.h"
@@ -16,8 +16,12 @@
 #include "meshes/TriMeshFragment.h"
 #include "objects/MervImageObject.h"
 #include "objects/manager/ImageManager.h"
+#include "recovery/RecoveryJournal.h"
+#include "serialization/formats/SlicSerializer.h"
+#include "serialization/formats/SlicUnserializer.h"
 #include "tests/endurance/ContourEditor.h"
 #include "tests/endurance/Watched.h"
+#include "tests/support/DialogDriver.h"
 #include "tests/support/NoTimeLimit.h"
 #include "tests/support/PrivateSettings.h"
 #include "tests/support/Sanitized.h"
@@ -28,9 +32,11 @@
 #include "view/QStackedSliceView.h"
 #include "view/QStackedSliceViewer.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QPixmapCache>
 #include <QPointer>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QWheelEvent>
 
@@ -71,12 +77,18 @@ private:
     void stepSlice();
     void openAndCloseWindows();
     void renewMeasurements();
+    void saveContours();
+    void verifyKept();
     void awaitWorkers();
     double sizeAtRest();
     void workOn(int edit);
 
+    const QTemporaryDir folder;
+    int filesSaved = 0;
+    SlicSerializer serializer;
     std::unique_ptr<SilentOutput> silence;
     std::unique_ptr<ImageManager> manager;
+    std::unique_ptr<RecoveryJournal> journal;
     SlicedContoursObject *contours = nullptr;
     SlicedContoursTriangulator *mesh = nullptr;
     QPointer<QStackedSliceViewer> mainViewer;
@@ -95,6 +107,8 @@ void EnduranceTest::init()
     constexpr std::size_t bytesPerEdit = 64;
     silence = std::make_unique<SilentOutput>();
     manager = std::make_unique<ImageManager>(nullptr);
+    manager->addSerializer(&serializer);
+    journal = std::make_unique<RecoveryJournal>(*manager, folder.filePath("session"));
     const int units = std::max(1, qEnvironmentVariableIntValue("TEVORA_ENDURANCE"));
     decisions = randomBytes(1, bytesPerEdit * static_cast<std::size_t>(editsPerUnit * units));
     source = std::make_unique<EditSource>(decisions);
@@ -108,6 +122,7 @@ void EnduranceTest::cleanup()
 {
     delete mainViewer;
     editor.reset();
+    journal.reset();
     while (manager->imageCount() > 0)
         manager->closeImage(manager->index(0, 0));
     manager.reset();
@@ -201,6 +216,30 @@ void EnduranceTest::renewMeasurements()
         mainViewer->addObject(manager->image(row));
 }
 
+void EnduranceTest::saveContours()
+{
+    DialogDriver driver;
+    driver.expectFileDialog("Save Image as", folder.filePath(QString("%1.slic").arg(++filesSaved)));
+    QVERIFY(manager->saveImage(contours));
+    QVERIFY2(driver.verify(), driver.report());
+}
+
+// The last generation is what has been drawn.
+void EnduranceTest::verifyKept()
+{
+    journal->writeNow();
+    const QFileInfoList kept =
+        QDir(folder.filePath("session")).entryInfoList({"*.slic"}, QDir::Files, QDir::Time);
+    QVERIFY(!kept.isEmpty());
+    std::ifstream stream(kept.first().filesystemFilePath(), std::ios::binary);
+    SlicUnserializer reader;
+    const std::unique_ptr<ImageObject> object(
+        static_cast<StreamImageObjectUnserializer &>(reader).unserialize(stream));
+    const auto *read = qobject_cast<SlicedContoursObject *>(object.get());
+    QVERIFY(read != nullptr);
+    ContourEditor::verifyEqual(*read, editor->plain().asReadBack());
+}
+
 void EnduranceTest::awaitWorkers()
 {
     const auto isIdle = [this] {
@@ -236,6 +275,7 @@ void EnduranceTest::workOn(int edit)
     if (fallsOn(editsPerUnit / viewersPerUnit)) {
         openAndCloseWindows();
         renewMeasurements();
+        saveContours();
         editor->verify();
     }
 }
@@ -257,6 +297,7 @@ void EnduranceTest::memoryStaysTheSame()
     qInfo("%d edits in %.1f s; resident at 10 %%, 50 %%, 100 %%: %.1f, %.1f, %.1f MB", edits,
           static_cast<double>(clock.elapsed()) / 1000, sizes[0], sizes[1], sizes[2]);
     QVERIFY(!source->atEnd());
+    verifyKept();
     QVERIFY(sizes[0] > 0);
     if (!sanitized)
         QVERIFY2(sizes[2] - sizes[0] < allowedGrowthMb,

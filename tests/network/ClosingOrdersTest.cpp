@@ -1,6 +1,6 @@
-// Images are opened, derived from one another, shown and closed in random orders while workers measure and
-// rasterize and windows repaint. After each step the list, the viewers and the tables of metrics hold what
-// they should and nothing that has gone.
+// Images are opened, derived from one another, shown, saved and closed in random orders while workers measure
+// and rasterize, windows repaint, and what is drawn is kept for recovery. After each step the list, the
+// viewers and the tables of metrics hold what they should and nothing that has gone.
 //
 // TEVORA_ORDERS sets the number of orders, TEVORA_STRESS_SEED the first one. Most of the time goes into
 // windows that software draws: a thousand orders take some minutes, and the same for the last hundred as for
@@ -18,7 +18,10 @@
 #include "meshes/TriMeshAligner.h"
 #include "meshes/TriMeshDistanceMeasurer.h"
 #include "objects/SliceSelector.h"
+#include "recovery/RecoveryFiles.h"
+#include "recovery/RecoveryJournal.h"
 #include "tests/shell/MainWindowScene.h"
+#include "tests/support/DialogDriver.h"
 #include "tests/support/NoTimeLimit.h"
 #include "tests/support/PrivateSettings.h"
 #include "view/EnhancedQTreeView.h"
@@ -29,13 +32,16 @@
 
 #include <QAction>
 #include <QActionGroup>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QPointer>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <functional>
 #include <memory>
 #include <random>
+#include <set>
 #include <utility>
 #include <vector>
 
@@ -116,6 +122,7 @@ private:
     {
         scene->window.newSlicedContours();
         expectOneMore();
+        ++contoursDrawn;
         auto *contours = dynamic_cast<SlicedContoursObject *>(images.last());
         SlicedContour *contour = contours->newContour("cartilage");
         for (const double y : {4.0, 9.0}) {
@@ -202,6 +209,17 @@ private:
         default:
             drawLine(*fragment, below(volumeDepth), below(12));
         }
+    }
+    // Seldom, for the dialog takes its time.
+    void saveContours()
+    {
+        auto *contours = some<SlicedContoursObject>();
+        if (contours == nullptr || below(5) > 0)
+            return;
+        DialogDriver driver;
+        driver.expectFileDialog("Save Image as", folder.filePath(QString("%1.slic").arg(++filesSaved)));
+        QVERIFY(scene->manager().saveImage(contours));
+        QVERIFY2(driver.verify(), driver.report());
     }
     void closeImage()
     {
@@ -350,8 +368,8 @@ private:
         static constexpr Act growing[] = {&Self::openVolume,  &Self::newContours, &Self::deriveFromVolume,
                                           &Self::triangulate, &Self::triangulate, &Self::align,
                                           &Self::measure,     &Self::colour,      &Self::rasterize};
-        static constexpr Act useful[] = {&Self::editLines, &Self::openViewer, &Self::showMore,
-                                         &Self::workInViewer, &Self::openTable};
+        static constexpr Act useful[] = {&Self::editLines,    &Self::openViewer, &Self::showMore,
+                                         &Self::workInViewer, &Self::openTable,  &Self::saveContours};
         static constexpr Act ending[] = {&Self::closeImage, &Self::closeViewer, &Self::closeTable};
         const int kind = below(10);
         if (kind < 4 && images.size() < mostImages)
@@ -394,8 +412,20 @@ private:
         }
     }
 
+    // The contours that generations are of.
+    std::set<int> objectsKept() const
+    {
+        std::set<int> objects;
+        for (const QString &name : QDir(session()).entryList({"*.slic"}, QDir::Files))
+            objects.insert(RecoveryFiles::parse(name)->object);
+        return objects;
+    }
+    QString session() const { return folder.filePath("session"); }
+
+    const QTemporaryDir folder;
     std::mt19937 random;
     std::unique_ptr<MainWindowScene> scene;
+    int contoursDrawn = 0, filesSaved = 0;
     QList<ImageObject *> images; // in the order of the list
     std::vector<ExpectedViewer> viewers;
     std::vector<ExpectedTable> tables;
@@ -411,6 +441,7 @@ private slots:
         QElapsedTimer clock;
         clock.start();
         scene = std::make_unique<MainWindowScene>();
+        auto journal = std::make_unique<RecoveryJournal>(scene->manager(), session());
         scene->window.resize(400, 300);
         scene->window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&scene->window));
@@ -424,6 +455,8 @@ private slots:
             if ((order + 1) % ordersPerReport == 0)
                 qInfo("%d orders in %lld s", order + 1, clock.elapsed() / 1000);
         }
+        journal.reset();
+        QCOMPARE(objectsKept().size(), static_cast<std::size_t>(contoursDrawn));
         scene.reset();
         QVERIFY(QApplication::topLevelWidgets().isEmpty());
     }
