@@ -93,7 +93,7 @@ public:
         return found;
     }
 
-    const CapturedOutput output; // first, as workers write until the images are closed
+    const CapturedOutput output{}; // first, as workers write until the images are closed
     MainWindow window;
 };
 
