@@ -1,9 +1,9 @@
 #include "contours/BasicSliceEdgePointExtractor.h"
 
 #include "Common/Image.h"
+#include "Common/ParallelFor.h"
 #include "objects/MervImageObject.h"
 #include "objects/SlicePositions.h"
-#include "platform/ParallelFor.h"
 
 #include <algorithm>
 #include <cmath>
@@ -36,7 +36,7 @@ void BasicSliceEdgePointExtractor::extract()
     spacingZ = image->getSpacing(2);
     points.resize(static_cast<std::size_t>(std::max(image->getDepth(), 0)));
     blocks.resize(points.size());
-    parallelFor(sliceCount(), [this](int slice) { extractSlice(slice); });
+    MERV::parallelFor(sliceCount(), [this](int slice) { extractSlice(slice); });
     freeWorkplaces.clear();
     postProcess();
 }

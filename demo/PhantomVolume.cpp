@@ -1,6 +1,6 @@
 #include "demo/PhantomVolume.h"
 
-#include "platform/ParallelFor.h"
+#include "Common/ParallelFor.h"
 
 #include <algorithm>
 #include <array>
@@ -206,7 +206,7 @@ std::vector<std::int16_t> phantomVoxels(const PhantomParameters &parameters)
     const std::size_t sliceSize =
         static_cast<std::size_t>(parameters.width) * static_cast<std::size_t>(parameters.height);
     std::vector<double> values(sliceSize * static_cast<std::size_t>(parameters.slices));
-    parallelFor(parameters.slices, [&](int slice) {
+    MERV::parallelFor(parameters.slices, [&](int slice) {
         fillSlice(anatomy, parameters, slice, values.data() + static_cast<std::size_t>(slice) * sliceSize);
     });
     NormalDeviates noise(parameters.seed);

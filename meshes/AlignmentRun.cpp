@@ -1,7 +1,7 @@
 #include "meshes/AlignmentRun.h"
 
+#include "Common/ParallelFor.h"
 #include "meshes/TriMeshFragment.h"
-#include "platform/ParallelFor.h"
 
 #include <algorithm>
 #include <array>
@@ -67,7 +67,7 @@ void AlignmentRun::findPairs()
 {
     constexpr std::size_t pointsPerTask = 128;
     const std::size_t tasks = (pairs.size() + pointsPerTask - 1) / pointsPerTask;
-    parallelFor(static_cast<int>(tasks), [&](int task) {
+    MERV::parallelFor(static_cast<int>(tasks), [&](int task) {
         const std::size_t begin = static_cast<std::size_t>(task) * pointsPerTask;
         for (std::size_t i = begin; i < std::min(begin + pointsPerTask, pairs.size()); ++i) {
             if (i > begin && pairs[i].face == ClosestPointIndex::noHint)

@@ -30,7 +30,8 @@ public:
 
     bool isRunning() const { return worker.isRunning(); }
     void wait() { worker.join(); }
-    // The raster is behind its source, or a run is asked for or going on.
+    // A run is asked for or draws. Its voxels are published, and updated() is emitted, shortly after this
+    // ends.
     bool isStale() const;
 
     QList<ImageObject *> sources() const override;

@@ -75,7 +75,7 @@ std::vector<Point> findHits(const std::vector<BaseVertex> &vertices, const Find 
     constexpr std::size_t batch = 32; // enough that handing them out costs nothing
     std::vector<Point> hits(vertices.size());
     const auto batches = static_cast<int>((vertices.size() + batch - 1) / batch);
-    parallelFor(
+    MERV::parallelFor(
         batches,
         [&](int index) {
             const std::size_t first = static_cast<std::size_t>(index) * batch;

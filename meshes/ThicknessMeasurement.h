@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Common/ParallelFor.h"
 #include "meshes/geometry/TriFace.h"
-#include "platform/ParallelFor.h"
 
 #include <functional>
 #include <optional>
@@ -33,7 +33,7 @@ std::optional<std::vector<ThicknessSample>> measureThickness(std::span<const MER
                                                              std::span<const MERV::BRep::TriFace> remote,
                                                              ThicknessDirection direction,
                                                              const std::function<bool()> &stopped,
-                                                             int threads = coreCount() - 1);
+                                                             int threads = MERV::coreCount() - 1);
 
 struct ThicknessSummary
 {

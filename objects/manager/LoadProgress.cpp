@@ -13,6 +13,7 @@
 #include <atomic>
 #include <chrono>
 #include <future>
+#include <system_error>
 
 namespace {
 
@@ -180,10 +181,15 @@ bool LoadProgress::runApart(const std::function<bool()> &work)
     constexpr std::chrono::milliseconds pollInterval(20);
     constexpr double parts = 1000;
     std::atomic<double> reached{0.0};
-    std::future<bool> result = std::async(std::launch::async, [&] {
-        const ProgressRelay relay(reached);
-        return work();
-    });
+    std::future<bool> result;
+    try {
+        result = std::async(std::launch::async, [&] {
+            const ProgressRelay relay(reached);
+            return work();
+        });
+    } catch (const std::system_error &) {
+        return work(); // the system gives no more threads
+    }
     while (result.wait_for(pollInterval) != std::future_status::ready)
         MERV::reportProgress(static_cast<std::uint64_t>(parts * reached), static_cast<std::uint64_t>(parts));
     return result.get();

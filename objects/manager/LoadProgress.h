@@ -30,9 +30,9 @@ public:
 
     // Whether something is being loaded: nothing else may be loaded meanwhile.
     static bool isActive();
-    // Runs `work` in a thread of its own, reports its progress in this one and returns its answer; an
-    // exception passes through. For work that holds a lock that painting takes. It may read objects of this
-    // thread.
+    // Runs `work` in a thread of its own, or in this one if the system gives none, reports its progress in
+    // this one and returns its answer; an exception passes through. For work that holds a lock that painting
+    // takes. It may read objects of this thread.
     static bool runApart(const std::function<bool()> &work);
     // Takes the time from another clock; null: from the real one. For tests.
     static void setClock(Clock newClock);

@@ -1,15 +1,10 @@
 #pragma once
 
+#include "Common/ParallelFor.h"
 #include "Common/Progress.h"
 
-#include <algorithm>
 #include <atomic>
 #include <cstddef>
-#include <exception>
-#include <mutex>
-#include <system_error>
-#include <thread>
-#include <vector>
 
 namespace dicom {
 
@@ -19,34 +14,11 @@ namespace dicom {
 template <class Work>
 void parallelFor(std::size_t count, const Work &work)
 {
-    std::atomic<std::size_t> next{0};
-    std::mutex guard;
-    std::exception_ptr failure;
     std::atomic<std::size_t> done{0};
-    const auto run = [&] {
-        try {
-            for (std::size_t index = next++; index < count; index = next++) {
-                work(index);
-                MERV::reportProgress(++done, count); // heard in the calling thread alone
-            }
-        } catch (...) {
-            const std::lock_guard lock(guard);
-            failure = std::current_exception();
-            next = count;
-        }
-    };
-    std::vector<std::jthread> helpers;
-    const std::size_t cores = std::max<std::size_t>(1, std::thread::hardware_concurrency());
-    try {
-        for (std::size_t i = 1; i < std::min(cores, count); ++i)
-            helpers.emplace_back(run);
-    } catch (const std::system_error &) {
-        // The system gives no more threads: those there are do the work.
-    }
-    run();
-    helpers.clear(); // joins
-    if (failure)
-        std::rethrow_exception(failure);
+    MERV::parallelFor(static_cast<int>(count), [&](int index) {
+        work(static_cast<std::size_t>(index));
+        MERV::reportProgress(++done, count); // heard in the calling thread alone
+    });
 }
 
 } // namespace dicom

@@ -1,7 +1,7 @@
 #include "Common/ImageBase.h"
+#include "Common/ParallelFor.h"
 #include "contours/ConventionalSliceEdgePointExtractor.h"
 #include "objects/MervImageObject.h"
-#include "platform/ParallelFor.h"
 #include "tests/support/PlainEdgePoints.h"
 
 #include <QTest>
@@ -213,10 +213,10 @@ private slots:
     void parallelForVisitsEachIndexOnce()
     {
         std::vector<std::atomic<int>> visits(1000);
-        parallelFor(1000, [&](int i) { ++visits[static_cast<std::size_t>(i)]; });
+        MERV::parallelFor(1000, [&](int i) { ++visits[static_cast<std::size_t>(i)]; });
         for (const std::atomic<int> &count : visits)
             QCOMPARE(count.load(), 1);
-        parallelFor(0, [](int) { QFAIL("nothing to do"); });
+        MERV::parallelFor(0, [](int) { QFAIL("nothing to do"); });
     }
 
     void parallelForHandsOnAFailure()
@@ -225,7 +225,7 @@ private slots:
             if (i == 40)
                 throw std::runtime_error("40");
         };
-        QVERIFY_THROWS_EXCEPTION(std::runtime_error, parallelFor(100, failAt40));
+        QVERIFY_THROWS_EXCEPTION(std::runtime_error, MERV::parallelFor(100, failAt40));
     }
 };
 

@@ -1,11 +1,12 @@
 // The system gives no more threads: workers do not run, and everything else goes on.
+#include "Common/ParallelFor.h"
 #include "contours/SlicedContoursFragment.h"
 #include "contours/SlicedContoursObject.h"
 #include "contours/SlicedContoursSegment.h"
 #include "demo/PhantomVolume.h"
 #include "meshes/BitPlaneRasterizerObject.h"
 #include "meshes/TriMeshDistanceMeasurer.h"
-#include "platform/ParallelFor.h"
+#include "objects/manager/LoadProgress.h"
 #include "platform/WorkerThread.h"
 #include "tests/shell/MainWindowScene.h"
 #include "tests/support/DicomFileBuilder.h"
@@ -17,6 +18,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <stdexcept>
 #include <system_error>
 #include <thread>
 
@@ -74,9 +76,25 @@ private slots:
     {
         const NoThreads none;
         std::vector<int> numbers(100);
-        parallelFor(
+        MERV::parallelFor(
             100, [&](int i) { numbers[static_cast<std::size_t>(i)] = i; }, 8);
         QCOMPARE(std::accumulate(numbers.begin(), numbers.end(), 0), 4950);
+    }
+
+    // As when a volume is saved, whose file is open and empty by then.
+    void workApart_isDoneInPlace()
+    {
+        const NoThreads none;
+        std::thread::id worker;
+        QVERIFY(LoadProgress::runApart([&] {
+            worker = std::this_thread::get_id();
+            return true;
+        }));
+        QVERIFY(worker == std::this_thread::get_id());
+        QVERIFY(!LoadProgress::runApart([] { return false; }));
+        QVERIFY_THROWS_EXCEPTION(std::runtime_error, LoadProgress::runApart([]() -> bool {
+                                     throw std::runtime_error("the disk is full");
+                                 }));
     }
 
     void measurer_hasNoSamples()

@@ -8,6 +8,8 @@
 #include <thread>
 #include <vector>
 
+namespace MERV {
+
 // The number of cores, or 0 if the system does not tell.
 inline int coreCount()
 {
@@ -47,3 +49,5 @@ void parallelFor(int count, const Work &work, int threads = coreCount())
     if (failure)
         std::rethrow_exception(failure);
 }
+
+} // namespace MERV
