@@ -85,6 +85,19 @@ bool serialize(ImageObject *image, const QString &path, const std::function<bool
     return LoadProgress::runApart(write);
 }
 
+QStringList saveFiltersOf(const QList<AbstractImageObjectSerializer *> &serializers)
+{
+    QStringList filters;
+    for (AbstractImageObjectSerializer *serializer : serializers)
+        filters.append(FileFilters::saveFilter(*serializer));
+    return filters;
+}
+
+QString proposedPath(AbstractImageObjectSerializer &serializer, ImageObject *image)
+{
+    return QDir::currentPath() + "/" + serializer.defaultName(image) + "." + serializer.extension();
+}
+
 void setCurrentDirectoryOf(const QString &path)
 {
     QDir::setCurrent(QFileInfo(path).absolutePath());
@@ -116,11 +129,8 @@ bool ImageManager::saveImage(ImageObject *image)
                "of image."));
         return false;
     }
-    QStringList filters;
-    for (AbstractImageObjectSerializer *serializer : applicable)
-        filters.append(FileFilters::saveFilter(*serializer));
-    QString path = QDir::currentPath() + "/" + applicable.first()->defaultName(image) + "." +
-                   applicable.first()->extension();
+    const QStringList filters = saveFiltersOf(applicable);
+    QString path = proposedPath(*applicable.first(), image);
     qsizetype filter = 0;
     bool ask = true;
     for (;;) {
