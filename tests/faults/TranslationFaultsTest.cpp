@@ -1,9 +1,8 @@
 // The program beside translation files that are none: it speaks the language of its sources.
-#include "demo/xtest/XTestDevice.h"
+#include "tests/support/ProgramOnScreen.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -11,25 +10,10 @@ class TranslationFaultsTest : public QObject
 {
     Q_OBJECT
 
-    XTestDevice device;
-
     static QByteArray contentOf(const QString &path)
     {
         QFile file(path);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-    static bool windowIsThere()
-    {
-        QProcess search;
-        search.start("xdotool", {"search", "--onlyvisible", "--name", "^Tevora$"});
-        return search.waitForFinished() && !search.readAllStandardOutput().trimmed().isEmpty();
-    }
-    void altKey(const char *key)
-    {
-        device.pressKey("Alt_L");
-        device.tapKey(key);
-        device.releaseKey("Alt_L");
-        QTest::qWait(300);
     }
 
 private slots:
@@ -60,20 +44,11 @@ private slots:
             QVERIFY(file.open(QIODevice::WriteOnly));
             QCOMPARE(file.write(content), content.size());
         }
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("XDG_CONFIG_HOME", folder.path());
-        environment.insert("XDG_DATA_HOME", folder.path());
-        QProcess program;
-        program.setProcessEnvironment(environment);
-        program.start(copy, {"--deutsch"});
-        QVERIFY(program.waitForStarted());
-        QTRY_VERIFY_WITH_TIMEOUT(windowIsThere() || program.state() == QProcess::NotRunning, 60000);
-        QTest::qWait(1500); // behind the splash screen
-        altKey("f");
-        device.tapKey("x");
-        QVERIFY(program.waitForFinished(30000));
-        QCOMPARE(program.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(program.exitCode(), 0);
+        ProgramOnScreen program(folder.path());
+        QVERIFY(program.start(copy, {"--deutsch"}, "Tevora"));
+        program.altKey("f");
+        program.tapKey("x");
+        QVERIFY(program.endsWell());
     }
 };
 

@@ -62,7 +62,7 @@ public:
     // Until it was seen once: it may be gone again for a moment while the window manager frames it.
     static bool waitForWindow(const QString &title)
     {
-        return QTest::qWaitFor([&] { return windowIsThere(title); }, 20000);
+        return QTest::qWaitFor([&] { return windowIsThere(title); }, 60000);
     }
 
     // A visible window of any program with this title; not a splash screen. Of a title with letters beyond
@@ -94,10 +94,10 @@ public:
         QTest::qWait(200);
     }
 
-    // Whether the program ends within ten seconds, of itself and with success.
+    // Whether the program ends within half a minute, of itself and with success.
     bool endsWell()
     {
-        return (process.state() == QProcess::NotRunning || process.waitForFinished(10000)) &&
+        return (process.state() == QProcess::NotRunning || process.waitForFinished(30000)) &&
                process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
     }
 
