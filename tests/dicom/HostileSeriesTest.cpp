@@ -298,19 +298,24 @@ TEST_F(HostileSeries, anyTextInAnyTagGivesAWholeImageOrNothing)
 
 TEST_F(HostileSeries, anyRepresentationOfAnyTagGivesAWholeImageOrNothing)
 {
-    const std::pair<const char *, unsigned> representations[] = {
-        {"US", 2}, {"SL", 4}, {"FL", 4}, {"FD", 8}, {"AT", 4}, {"UN", 4}, {"OB", 1}, {"DS", 4}, {"XX", 2}};
+    struct Representation
+    {
+        const char *name;
+        unsigned width;
+    };
+    const Representation representations[] = {{"US", 2}, {"SL", 4}, {"FL", 4}, {"FD", 8}, {"AT", 4},
+                                              {"UN", 4}, {"OB", 1}, {"DS", 4}, {"XX", 2}};
     constexpr std::uint64_t doubleNaN = 0x7FF8000000000000;
     constexpr std::uint64_t floatNaN = 0x7FC00000;
     const std::vector<std::uint64_t> lists[] = {
         {}, {0}, {0xFFFF}, {2, 2, 2}, {0x7FFFFFFF}, {~std::uint64_t(0)}, {doubleNaN}, {floatNaN}};
     for (const TagRow &row : allTags) {
-        for (const auto &[representation, width] : representations) {
+        for (const Representation &representation : representations) {
             for (const std::vector<std::uint64_t> &list : lists) {
                 write([&](DicomFileBuilder &file, unsigned) {
-                    file.numbers(row.tag, representation, list, width);
+                    file.numbers(row.tag, representation.name, list, representation.width);
                 });
-                expectWholeOrNothing(nameOf(row.tag) + " as " + representation);
+                expectWholeOrNothing(nameOf(row.tag) + " as " + representation.name);
             }
         }
     }
