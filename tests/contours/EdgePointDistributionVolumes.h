@@ -55,6 +55,13 @@ inline double coverage(const Disc &disc, int column, int row, const DiscKind &ki
     return inside / static_cast<double>(steps * steps);
 }
 
+// The place of a pixel in a slice with rows of so many pixels.
+inline std::size_t pixelIndex(int column, int row, int rowLength)
+{
+    const int index = row * rowLength + column;
+    return static_cast<std::size_t>(index);
+}
+
 // Blurs the rows of a square slice and turns it over; called twice it blurs both ways.
 inline std::vector<double> blurredAndTransposed(const std::vector<double> &slice, int size, double sigma)
 {
@@ -67,9 +74,10 @@ inline std::vector<double> blurredAndTransposed(const std::vector<double> &slice
             for (int i = -reach; i <= reach; ++i) {
                 const double weight = std::exp(-i * i / (2.0 * sigma * sigma));
                 weights += weight;
-                sum += weight * slice[static_cast<std::size_t>(y * size + std::clamp(x + i, 0, size - 1))];
+                const int column = std::clamp(x + i, 0, size - 1);
+                sum += weight * slice[pixelIndex(column, y, size)];
             }
-            result[static_cast<std::size_t>(x * size + y)] = sum / weights;
+            result[pixelIndex(y, x, size)] = sum / weights;
         }
     return result;
 }
@@ -78,12 +86,13 @@ inline std::vector<double> blurredAndTransposed(const std::vector<double> &slice
 inline DiscVolume makeDiscs(const DiscKind &kind, int depth = 20)
 {
     constexpr int size = 128;
+    constexpr int middle = size / 2;
     std::mt19937 random(7);
     DiscVolume result;
     std::vector<std::vector<double>> slices;
     for (int k = 0; k < depth; ++k) {
-        const double x = (size / 2 + evenly(random, -4.0, 4.0)) * kind.spacingX;
-        const double y = (size / 2 + evenly(random, -4.0, 4.0)) * kind.spacingY;
+        const double x = (middle + evenly(random, -4.0, 4.0)) * kind.spacingX;
+        const double y = (middle + evenly(random, -4.0, 4.0)) * kind.spacingY;
         const double unit = std::min(kind.spacingX, kind.spacingY);
         const Disc disc{x, y, (kind.radius + evenly(random, 0.0, 1.0)) * unit};
         result.discs.push_back(disc);
@@ -102,7 +111,7 @@ inline DiscVolume makeDiscs(const DiscKind &kind, int depth = 20)
         slices.push_back(std::move(slice));
     }
     auto image = newVolume(MERV::TypeUChar, {size, size, depth}, [&](int x, int y, int z) {
-        const double value = slices[static_cast<std::size_t>(z)][static_cast<std::size_t>(y * size + x)];
+        const double value = slices[static_cast<std::size_t>(z)][pixelIndex(x, y, size)];
         return std::clamp(std::round(value), 0.0, 255.0);
     });
     image->setSpacing(kind.spacingX, kind.spacingY, 2.0f, 1.0f);

@@ -44,6 +44,12 @@ protected:
 const std::string endOfFile =
     "Common >> Unexpected end of file encountered while reading image data from stream; stream position is ";
 
+// The sizes are lines of their own; the voxels are in the named file.
+std::string metaHeader(const std::string &sizes, const std::string &dataFile)
+{
+    return "NDims = 4\n" + sizes + "ElementType = MET_DOUBLE\nElementDataFile = " + dataFile + "\n";
+}
+
 // The limit must bite, or the tests below prove nothing.
 TEST_F(LyingHeaders, limitRefusesMoreThanItAllows)
 {
@@ -62,8 +68,7 @@ TEST_F(LyingHeaders, metaImage)
     writeFile(folder / "v.raw", "abc");
     for (const std::string &size : sizes) {
         for (const std::string name : {"v.raw", "LOCAL"}) {
-            const std::string header =
-                "NDims = 4\n" + size + "ElementType = MET_DOUBLE\nElementDataFile = " + name + "\n";
+            const std::string header = metaHeader(size, name);
             writeFile(folder / "v.mhd", header);
             expectNull([&] { return loadMetaImage((folder / "v.mhd").c_str()); });
             const std::size_t end = name == "LOCAL" ? header.size() : 3;

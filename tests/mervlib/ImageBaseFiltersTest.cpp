@@ -39,7 +39,10 @@ void slowExtendBorder(Image &image, int width)
             for (int value : {y, fromY})
                 if (value < 0 || value >= h)
                     return;
-            const auto index = [&](int a, int b) { return static_cast<std::uint64_t>((z * h + b) * w + a); };
+            const auto index = [&](int a, int b) {
+                const int pixel = (z * h + b) * w + a;
+                return static_cast<std::uint64_t>(pixel);
+            };
             image.setValue(image.getValue(index(fromX, fromY)), index(x, y));
         };
         for (int k = width; k >= 2; --k) {
@@ -74,7 +77,8 @@ ImagePtr slowFilter2D(Image &source, int type, const std::vector<float> &kernel,
                 if (half - 1 < x && x < w - half && half - 1 < y && y < h - half)
                     for (int j = 0; j < size; ++j)
                         for (int i = 0; i < size; ++i) {
-                            const float f = kernel[static_cast<std::size_t>(j * size + i)];
+                            const int index = j * size + i;
+                            const float f = kernel[static_cast<std::size_t>(index)];
                             if (f != 0.0f)
                                 r += f * source.getVoxel(x + i - half, y + j - half, z, 0, channel);
                         }
@@ -101,7 +105,8 @@ ImagePtr slowFilter3D(Image &source, int type, const std::vector<float> &kernel,
                     for (int k = 0; k < size; ++k)
                         for (int j = 0; j < size; ++j)
                             for (int i = 0; i < size; ++i) {
-                                const float f = kernel[static_cast<std::size_t>((k * size + j) * size + i)];
+                                const int index = (k * size + j) * size + i;
+                                const float f = kernel[static_cast<std::size_t>(index)];
                                 if (f != 0.0f)
                                     r += f * source.getVoxel(x + i - half, y + j - half, z + k - half, 0,
                                                              channel);
@@ -478,6 +483,7 @@ TEST(ImageBaseFilter2D, twoThreadsMayReadOneSource)
     std::array<ImagePtr, 2> results;
     {
         std::vector<std::jthread> threads;
+        threads.reserve(results.size());
         for (ImagePtr &result : results)
             threads.emplace_back([&] {
                 result.reset(source->computeFilteredImage2D(MERV::TypeFloat, kernel.data(), 5, nullptr, 0));

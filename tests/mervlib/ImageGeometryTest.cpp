@@ -209,8 +209,8 @@ void checkRotation(const Shape &shape, int axis)
                 for (int x = 0; x < W; ++x)
                     for (int c = 0; c < channels; ++c) {
                         const int voxel = t * W * H * D + turnedIndex(axis, x, y, z, W, H, D);
-                        expected[static_cast<std::size_t>(voxel * channels + c)] =
-                            before[storedIndex(shape, x, y, z, t, c)];
+                        const int index = voxel * channels + c;
+                        expected[static_cast<std::size_t>(index)] = before[storedIndex(shape, x, y, z, t, c)];
                     }
     image.rotate(axis);
     ASSERT_EQ(valuesOf(image), expected) << testing::PrintToString(shape) << " axis " << axis;

@@ -76,6 +76,11 @@ private:
 const std::vector<float> places{0.0f, 0.25f, 0.5f, 1.0f, 1.75f, 2.0f, 2.875f, 3.0f};
 constexpr double tolerance = 2e-4; // of values up to 100, in single precision
 
+int nearest(float place)
+{
+    return static_cast<int>(std::lround(place));
+}
+
 } // namespace
 
 TYPED_TEST(ImageReaders, agreeWithTheirDefinition)
@@ -89,7 +94,7 @@ TYPED_TEST(ImageReaders, agreeWithTheirDefinition)
                 EXPECT_NEAR(image.getTricubic(x, y, z), slow.cubic(x, y, z, 0, false), tolerance);
                 EXPECT_NEAR(image.getBilinearCubic(x, y, z), slow.cubic(x, y, z, 0, true), tolerance);
                 EXPECT_EQ(image.getNearest(x, y, z),
-                          static_cast<float>(slow.voxel(int(x + 0.5), int(y + 0.5), int(z + 0.5), 0, 0)));
+                          static_cast<float>(slow.voxel(nearest(x), nearest(y), nearest(z), 0, 0)));
                 for (int c = 0; c < 2; ++c) {
                     EXPECT_NEAR(image.getTrilinear(x, y, z, 2, c), slow.linear(x, y, z, 2, c), tolerance);
                     EXPECT_NEAR(image.getBilinear(x, y, int(z), 1, c), slow.linear(x, y, int(z), 1, c),
@@ -104,7 +109,7 @@ TYPED_TEST(ImageReaders, agreeWithTheirDefinition)
                     EXPECT_NEAR(all[c], slow.cubic(x, y, z, c, true), tolerance);
                     image.getNearest(all, x, y, z);
                     EXPECT_EQ(all[c],
-                              static_cast<float>(slow.voxel(int(x + 0.5), int(y + 0.5), int(z + 0.5), 0, c)));
+                              static_cast<float>(slow.voxel(nearest(x), nearest(y), nearest(z), 0, c)));
                 }
             }
 }

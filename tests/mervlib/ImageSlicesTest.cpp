@@ -245,7 +245,8 @@ TYPED_TEST(ImageSlices, volumeIsPaddedAtTheHighEnd)
             for (int c = 0; c < 2; ++c) {
                 const bool inside = x < 3 && z < 3;
                 const std::size_t value = inside ? storedIndex(shape, x, 0, z, 0, c) : 0;
-                const auto place = static_cast<std::size_t>((z * 4 + x) * 2 + c);
+                const int index = (z * 4 + x) * 2 + c;
+                const auto place = static_cast<std::size_t>(index);
                 const std::size_t factor = c == 1 ? 2 : 1;
                 EXPECT_EQ(bytes[place], value * factor);
                 EXPECT_EQ(words[place], value * 257 * factor); // 65535 / 255

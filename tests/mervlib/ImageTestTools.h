@@ -51,7 +51,8 @@ inline std::uint64_t valuesOf(const Shape &shape)
 inline std::size_t storedIndex(const Shape &shape, int x, int y, int z, int t, int c)
 {
     const auto [width, height, depth, frames, channels] = shape;
-    return static_cast<std::size_t>((((t * depth + z) * height + y) * width + x) * channels + c);
+    const int index = (((t * depth + z) * height + y) * width + x) * channels + c;
+    return static_cast<std::size_t>(index);
 }
 
 // A quiet image whose values are scattered over 0..100 and differ between neighbours.

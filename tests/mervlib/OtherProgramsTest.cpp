@@ -22,7 +22,7 @@ constexpr int width = 5, height = 4, depth = 3;
 std::string output(const std::string &command)
 {
     int status = -1;
-    const std::string text = outputOf("LC_ALL=C " + command, &status);
+    std::string text = outputOf("LC_ALL=C " + command, &status);
     EXPECT_EQ(status, 0) << command << '\n' << text;
     return text;
 }

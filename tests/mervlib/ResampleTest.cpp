@@ -200,8 +200,10 @@ TYPED_TEST(Resample, framesAndChannelsOfLinearKindsAreTheirOwn)
     ImageBase<TypeParam> image;
     image.setVerbose(0);
     image.setDimensions(2, 2, 2, 3, 2);
-    for (int i = 0; i < 48; ++i)
-        image.setValue(static_cast<float>(i / 16 * 20 + i % 2 * 10), static_cast<std::uint64_t>(i));
+    for (int i = 0; i < 48; ++i) {
+        const int frame = i / 16, channel = i % 2;
+        image.setValue(static_cast<float>(frame * 20 + channel * 10), static_cast<std::uint64_t>(i));
+    }
     const std::unique_ptr<Image> linear(image.resample(3, 2, 2, 5, 1, true));
     const std::unique_ptr<Image> quadrilinear(image.resample(3, 2, 2, 5, 6, true));
     for (int c = 0; c < 2; ++c) {

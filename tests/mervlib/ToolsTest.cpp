@@ -86,7 +86,8 @@ TEST(Tools, euler2homMultipliesTheTranslationByTheColumns)
 TEST(Tools, hom2eulerInvertsEuler2hom)
 {
     CapturedStream out(std::cout);
-    for (float angle = -1.5f; angle < 1.5f; angle += 0.1f) {
+    for (int tenths = -15; tenths < 15; ++tenths) {
+        const float angle = static_cast<float>(tenths) / 10.0f;
         const float source[6]{1, 2, 3, angle, -angle / 2, angle / 3};
         float back[6];
         Matrix4 m;
