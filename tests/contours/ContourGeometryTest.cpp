@@ -23,6 +23,7 @@ std::vector<SegmentSnapshot> squareInPieces()
 std::vector<QPointF> planar(const std::vector<Vector3> &outline)
 {
     std::vector<QPointF> points;
+    points.reserve(outline.size());
     for (const Vector3 &point : outline)
         points.emplace_back(point.x, point.y);
     return points;

@@ -296,12 +296,12 @@ TEST(ClosestPointIndex, answersAsTheScanOnLooseFaces)
 
 TEST(ClosestPointIndex, answersAsTheScanOnSlivers)
 {
-    for (double flatness = 0.1; flatness > 1e-18; flatness *= 0.03)
-        expectScanAnswersAround(loose(200, 5.0, flatness, 31), 1400);
+    for (int step = 0; step < 12; ++step) // down to 2e-18
+        expectScanAnswersAround(loose(200, 5.0, 0.1 * std::pow(0.03, step), 31), 1400);
     expectScanAnswersAround(loose(200, 5.0, 0.0, 31), 1400);
     Faces mixed;
-    for (double size = 100.0; size > 1e-12; size *= 0.1)
-        mixed = together(mixed, loose(30, size, 1.0, 41));
+    for (int exponent = 2; exponent >= -12; --exponent)
+        mixed = together(mixed, loose(30, std::pow(10.0, exponent), 1.0, 41));
     expectScanAnswersAround(mixed, 7000);
 }
 
@@ -398,6 +398,7 @@ TEST(ClosestPointIndex, answersSeveralThreadsAtOnce)
     const Queries queries = queriesAround(faces, 700);
     const ClosestPointIndex index(faces);
     std::vector<std::jthread> threads;
+    threads.reserve(4);
     for (int i = 0; i < 4; ++i)
         threads.emplace_back([&] {
             for (const Point &query : queries)

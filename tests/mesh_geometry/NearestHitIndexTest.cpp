@@ -454,6 +454,7 @@ TEST(NearestHitIndex, AnswersSeveralThreadsAtOnce)
     std::vector<std::vector<FacePoint>> answers(4);
     {
         std::vector<std::jthread> threads;
+        threads.reserve(answers.size());
         for (std::vector<FacePoint> &mine : answers) {
             threads.emplace_back([&] {
                 for (const Query &query : queries)

@@ -64,6 +64,7 @@ Line row(int count)
 void fastRibbons(const std::vector<SegmentSnapshot> &lines, Faces &faces)
 {
     std::vector<float> z;
+    z.reserve(lines.size());
     for (const SegmentSnapshot &line : lines)
         z.push_back(line.z);
     const auto levels = firstOfEachLevel(z);

@@ -185,6 +185,7 @@ TEST(DistinctPoints, matchAPlainSearchOnRandomLists)
 {
     std::mt19937 random(5);
     std::vector<Vector3> list;
+    list.reserve(3000);
     for (int i = 0; i < 3000; ++i)
         list.push_back({static_cast<double>(random() % 8), static_cast<double>(random() % 8),
                         static_cast<double>(random() % 8)});

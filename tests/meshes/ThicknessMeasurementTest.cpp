@@ -36,6 +36,7 @@ std::vector<ThicknessSample> measured(const Mesh &base, const Mesh &remote, Thic
 std::vector<double> distances(const std::vector<ThicknessSample> &samples)
 {
     std::vector<double> result;
+    result.reserve(samples.size());
     for (const ThicknessSample &sample : samples)
         result.push_back(sample.distance);
     return result;
@@ -60,6 +61,7 @@ Mesh joined(Mesh first, const Mesh &second)
 std::vector<ThicknessSample> samplesOf(const std::vector<double> &values)
 {
     std::vector<ThicknessSample> samples;
+    samples.reserve(values.size());
     for (const double value : values)
         samples.push_back({Point(0, 0, 0), value});
     return samples;

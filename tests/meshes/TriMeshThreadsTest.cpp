@@ -36,10 +36,7 @@ bool isMarked(const TriFace &face, double marker)
 
 std::vector<TriFace> markedFaces(int count, double marker)
 {
-    std::vector<TriFace> faces;
-    for (int i = 0; i < count; ++i)
-        faces.push_back(markedFace(marker));
-    return faces;
+    return std::vector<TriFace>(static_cast<std::size_t>(count), markedFace(marker));
 }
 
 // Runs look on threads of their own until the end of the scope, each at least once.
