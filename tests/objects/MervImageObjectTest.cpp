@@ -32,7 +32,8 @@ public:
 
     unsigned char texel(int slice, int x, int y) const
     {
-        return sliceTextures[static_cast<std::size_t>(slice)][static_cast<std::size_t>(y * textureWidth + x)];
+        const int index = y * textureWidth + x;
+        return sliceTextures[static_cast<std::size_t>(slice)][static_cast<std::size_t>(index)];
     }
     int validSlices() const
     {
@@ -211,16 +212,15 @@ void MervImageObjectTest::steppingThroughATallStack()
     const OpenImage object(std::move(image));
     float z = object.firstSignificantZ();
     int slices = 1;
-    for (float next = object.nextSignificantZ(z); next > z; next = object.nextSignificantZ(z)) {
-        QCOMPARE(object.sliceIndexAt(static_cast<double>(next)), slices);
+    while (object.nextSignificantZ(z) > z) {
+        z = object.nextSignificantZ(z);
+        QCOMPARE(object.sliceIndexAt(static_cast<double>(z)), slices);
         ++slices;
-        z = next;
     }
     QCOMPARE(slices, 2000);
-    for (float previous = object.previousSignificantZ(z); previous < z;
-         previous = object.previousSignificantZ(z)) {
+    while (object.previousSignificantZ(z) < z) {
+        z = object.previousSignificantZ(z);
         --slices;
-        z = previous;
     }
     QCOMPARE(slices, 1);
     QCOMPARE(z, object.firstSignificantZ());

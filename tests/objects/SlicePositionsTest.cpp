@@ -21,18 +21,22 @@ struct Step
 std::vector<float> walkUp(float spacing, int slices)
 {
     std::vector<float> visited = {sliceCentre(0, spacing)};
-    for (float z = nextSliceCentre(visited.back(), spacing, slices); z > visited.back();
-         z = nextSliceCentre(visited.back(), spacing, slices))
+    float z = nextSliceCentre(visited.back(), spacing, slices);
+    while (z > visited.back()) {
         visited.push_back(z);
+        z = nextSliceCentre(z, spacing, slices);
+    }
     return visited;
 }
 
 std::vector<float> walkDown(float start, float spacing, int slices)
 {
     std::vector<float> visited = {start};
-    for (float z = previousSliceCentre(start, spacing, slices); z < visited.back();
-         z = previousSliceCentre(visited.back(), spacing, slices))
+    float z = previousSliceCentre(start, spacing, slices);
+    while (z < visited.back()) {
         visited.push_back(z);
+        z = previousSliceCentre(z, spacing, slices);
+    }
     return visited;
 }
 

@@ -9,8 +9,8 @@ namespace {
 // x from the left, y from below.
 bool isSet(const StipplePattern &pattern, int x, int y)
 {
-    const auto byte = static_cast<std::size_t>(4 * y + x / 8);
-    return (pattern[byte] & (0x80 >> (x % 8))) != 0;
+    const int byte = 4 * y + x / 8;
+    return (pattern[static_cast<std::size_t>(byte)] & (0x80 >> (x % 8))) != 0;
 }
 
 int bitsOf(const StipplePattern &pattern)

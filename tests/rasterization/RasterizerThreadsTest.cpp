@@ -91,6 +91,7 @@ void editAtRandom(SlicedContoursFragment &fragment, std::mt19937 &random)
 std::vector<MERV::BRep::TriFace> teeth(int count)
 {
     std::vector<MERV::BRep::TriFace> faces;
+    faces.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
         faces.emplace_back(MERV::BRep::Point(i, 0, 0), MERV::BRep::Point(i + 1, 0, 0),
                            MERV::BRep::Point(i, 8, 0));
