@@ -74,8 +74,9 @@ public:
     // Where a position in mm is in the widget after resetView().
     static QPoint pixel(double x, double y)
     {
-        return {static_cast<int>(size / 2 + (x - 20.0) * pixelsPerMm),
-                static_cast<int>(size / 2 - (y - 20.0) * pixelsPerMm)};
+        constexpr int middle = size / 2;
+        return {static_cast<int>(middle + (x - 20.0) * pixelsPerMm),
+                static_cast<int>(middle - (y - 20.0) * pixelsPerMm)};
     }
 
     const ViewState &state() const { return view->state(); }
