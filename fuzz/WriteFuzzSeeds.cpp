@@ -67,19 +67,23 @@ void store(std::string &bytes, std::size_t offset, T value)
     std::memcpy(bytes.data() + offset, &value, sizeof value);
 }
 
+void addMetaImages(SeedFolder &seeds, int type)
+{
+    const ImagePointer image = sampleImage(type, 2, type % 3 + 1);
+    MERV::saveMetaImage(seeds.scratch().c_str(), image.get());
+    std::string header = contentOf(seeds.scratch().string() + ".mhd");
+    const std::string voxels = contentOf(seeds.scratch().string() + ".raw");
+    header.replace(header.find("scratch.raw"), 11, "v.raw");
+    seeds.add(header);
+    const std::string local = header.substr(0, header.find("v.raw")) + "LOCAL\n";
+    seeds.add("HeaderSize = -1\nElementByteOrderMSB = True\n" + local + voxels);
+}
+
 void writeMetaImages(const std::filesystem::path &parent)
 {
     SeedFolder seeds(parent, "FuzzMetaImage");
-    for (const int type : dataTypes) {
-        const ImagePointer image = sampleImage(type, 2, type % 3 + 1);
-        MERV::saveMetaImage(seeds.scratch().c_str(), image.get());
-        std::string header = contentOf(seeds.scratch().string() + ".mhd");
-        const std::string voxels = contentOf(seeds.scratch().string() + ".raw");
-        header.replace(header.find("scratch.raw"), 11, "v.raw");
-        seeds.add(header);
-        const std::string local = header.substr(0, header.find("v.raw")) + "LOCAL\n";
-        seeds.add("HeaderSize = -1\nElementByteOrderMSB = True\n" + local + voxels);
-    }
+    for (const int type : dataTypes)
+        addMetaImages(seeds, type);
     seeds.removeScratch();
 }
 
@@ -245,15 +249,19 @@ void writeEdits(const std::filesystem::path &parent)
     }
 }
 
+void addRawBlocks(SeedFolder &seeds, char type)
+{
+    const std::string size("\3\2\2\1\1", 5);
+    const std::string voxels(3 * 2 * 2 * 8, 'v');
+    seeds.add(std::string{type, 0} + size + voxels);
+    seeds.add(std::string{type, 1} + size + "ElementDataFile = LOCAL\n" + voxels);
+}
+
 void writeRawBlocks(const std::filesystem::path &parent)
 {
     SeedFolder seeds(parent, "FuzzRawBlock");
-    for (char type = 0; type < 8; ++type) {
-        const std::string size("\3\2\2\1\1", 5);
-        const std::string voxels(3 * 2 * 2 * 8, 'v');
-        seeds.add(std::string{type, 0} + size + voxels);
-        seeds.add(std::string{type, 1} + size + "ElementDataFile = LOCAL\n" + voxels);
-    }
+    for (char type = 0; type < 8; ++type)
+        addRawBlocks(seeds, type);
 }
 
 } // namespace
