@@ -10,7 +10,6 @@
 #include <benchmark/benchmark.h>
 
 #include <cmath>
-#include <cstring>
 #include <memory>
 #include <random>
 
@@ -59,11 +58,6 @@ std::vector<EdgePoint *> plainSlice(MervImageObject &image, int slice)
                            (static_cast<float>(slice) + 0.5f) * 1.5f);
 }
 
-bool bitEqual(const EdgePoint &a, const EdgePoint &b)
-{
-    return std::memcmp(&a.x, &b.x, 10 * sizeof(float)) == 0 && a.excluded == b.excluded;
-}
-
 void extractionPlain(benchmark::State &state)
 {
     const int depth = static_cast<int>(state.range(0));
@@ -71,6 +65,7 @@ void extractionPlain(benchmark::State &state)
     std::size_t count = 0;
     for (auto _ : state) {
         std::vector<std::vector<EdgePoint *>> slices;
+        slices.reserve(static_cast<std::size_t>(depth));
         for (int k = 0; k < depth; ++k)
             slices.push_back(plainSlice(image, k));
         state.PauseTiming();

@@ -85,9 +85,11 @@ void filter2DPlain(benchmark::State &state)
             float r = 0.0f;
             if (isInside(x, width, half) && isInside(y, height, half))
                 for (int j = 0; j < size; ++j)
-                    for (int i = 0; i < size; ++i)
-                        r += kernel[static_cast<std::size_t>(j * size + i)] *
+                    for (int i = 0; i < size; ++i) {
+                        const int index = j * size + i;
+                        r += kernel[static_cast<std::size_t>(index)] *
                              source->getVoxel(x + i - half, y + j - half, z, 0, 0);
+                    }
             output->setNextValue(r);
         });
         benchmark::DoNotOptimize(output.get());

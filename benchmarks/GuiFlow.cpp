@@ -237,8 +237,9 @@ QPoint Flow::pixelOf(const QPointF &mm) const
     const ViewState &state = view()->state();
     const Vector4 seen =
         transformed(state.viewMatrix, {mm.x(), mm.y(), static_cast<double>(state.workingZ), 1.0});
-    return {static_cast<int>(std::lround(view()->width() / 2 + seen[0])),
-            static_cast<int>(std::lround(view()->height() / 2 - seen[1]))};
+    const QPoint middle(view()->width() / 2, view()->height() / 2);
+    return {static_cast<int>(std::lround(middle.x() + seen[0])),
+            static_cast<int>(std::lround(middle.y() - seen[1]))};
 }
 
 std::vector<StepTime> Flow::run()

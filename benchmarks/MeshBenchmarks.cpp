@@ -89,6 +89,7 @@ void retriangulatePlainly(const SlicedContoursFragment &fragment, TriMeshFragmen
 {
     mesh.clear();
     std::vector<SegmentSnapshot> lines;
+    lines.reserve(static_cast<std::size_t>(fragment.segmentCount()));
     for (int s = 0; s < fragment.segmentCount(); ++s)
         lines.push_back(fragment.segment(s)->snapshot());
     plainRibbons(lines, [&mesh](const TriFace &face) { mesh.addFace(face); });
@@ -217,8 +218,10 @@ void alignmentPlain(benchmark::State &state)
             benchmark::DoNotOptimize(closestPointByScan(scene.base.all(), free[f].vertex(0)));
         seconds += std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
     }
-    const double asked = static_cast<double>((free.size() + share - 1) / share * state.iterations());
-    state.counters["whole_ms"] = 1000.0 * seconds / asked * 3.0 * static_cast<double>(free.size()) * 50.0;
+    const std::size_t asked =
+        (free.size() + share - 1) / share * static_cast<std::size_t>(state.iterations());
+    state.counters["whole_ms"] =
+        1000.0 * seconds / static_cast<double>(asked) * 3.0 * static_cast<double>(free.size()) * 50.0;
 }
 
 // The same ten rounds on meshes that are small enough for the plain ones.

@@ -41,7 +41,8 @@ struct Grid
 
     const Point &at(int level, int point) const
     {
-        return vertices[static_cast<std::size_t>(level * points + point)];
+        const int index = level * points + point;
+        return vertices[static_cast<std::size_t>(index)];
     }
 };
 

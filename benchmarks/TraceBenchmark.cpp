@@ -20,7 +20,7 @@
 
 namespace {
 
-constexpr int width = 512, height = 512, depth = 56;
+constexpr int width = 512, height = 512, depth = 56, middleSlice = depth / 2;
 constexpr int pointsPerSlice = 358; // 56 * 358 = 20,048
 constexpr float spacing = 0.3f, thickness = 1.5f;
 constexpr double centreMm = width * 0.3 / 2.0;
@@ -67,7 +67,7 @@ struct Workplace
         composition.setData(composition.index(0, ImageComposition::EditColumn, composition.index(2, 0)),
                             true);
         view.setInteractBaseModeTrace();
-        view.setWorkingZ((depth / 2 + 0.5f) * thickness);
+        view.setWorkingZ((middleSlice + 0.5f) * thickness);
     }
 
     void addCircle(float z)
@@ -124,13 +124,13 @@ void traceMovePlain(benchmark::State &state)
 {
     Workplace &place = workplace();
     SlicedContoursSegment *active = place.edited->newSegment({centreMm + traceRadiusMm, centreMm}, -1.0f);
-    const float z = (depth / 2 + 0.5f) * thickness;
+    const float z = (middleSlice + 0.5f) * thickness;
     int step = 0;
     for (auto _ : state) {
         const QPointF at = place.position(++step);
         const double x = at.x(), y = -at.y();
         EdgePointList marks;
-        for (const EdgePoint &point : place.edges.slicePoints(depth / 2))
+        for (const EdgePoint &point : place.edges.slicePoints(middleSlice))
             if (isWithin(static_cast<double>(point.x), x, 2.5) &&
                 isWithin(static_cast<double>(point.y), y, 2.5))
                 marks.append(const_cast<EdgePoint *>(&point));

@@ -23,7 +23,7 @@ inline MERV::BRep::Point at(int column, int row)
 inline std::vector<MERV::BRep::TriFace> faces(int rowCount = rows)
 {
     std::vector<MERV::BRep::TriFace> sheet;
-    sheet.reserve(static_cast<std::size_t>(2 * columns * rowCount));
+    sheet.reserve(std::size_t{2} * columns * static_cast<std::size_t>(rowCount));
     for (int row = 0; row < rowCount; ++row)
         for (int column = 0; column < columns; ++column) {
             sheet.emplace_back(at(column, row), at(column + 1, row), at(column + 1, row + 1));

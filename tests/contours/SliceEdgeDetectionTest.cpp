@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstring>
 #include <functional>
 #include <memory>
 #include <random>
@@ -25,8 +24,10 @@ struct TestSlice
         , bytes(static_cast<std::size_t>(pitch) * static_cast<std::size_t>(h), 99)
     {
         for (int y = 0; y < h; ++y)
-            for (int x = 0; x < w; ++x)
-                bytes[static_cast<std::size_t>(y * pitch + x)] = static_cast<unsigned char>(value(x, y));
+            for (int x = 0; x < w; ++x) {
+                const int index = y * pitch + x;
+                bytes[static_cast<std::size_t>(index)] = static_cast<unsigned char>(value(x, y));
+            }
     }
 
     ByteSlice view() const { return {bytes.data(), width, height, pitch}; }
@@ -38,13 +39,6 @@ std::vector<EdgePoint> detect(const TestSlice &slice, const SlicePlacement &plac
     std::vector<EdgePoint> points;
     detector.detect(slice.view(), placement, points);
     return points;
-}
-
-bool bitEqual(const EdgePoint &a, const EdgePoint &b)
-{
-    const float left[] = {a.x, a.y, a.z, a.xS, a.yS, a.zS, a.strength, a.gx, a.gy, a.gz};
-    const float right[] = {b.x, b.y, b.z, b.xS, b.yS, b.zS, b.strength, b.gx, b.gy, b.gz};
-    return std::memcmp(left, right, sizeof left) == 0 && a.excluded == b.excluded;
 }
 
 void expectPlainResult(const TestSlice &slice, const SlicePlacement &placement)
@@ -190,8 +184,9 @@ TEST(SliceEdgeDetection, pointsOfADiscLieOnItsCircle)
     constexpr double centre = 32.1;
     const TestSlice disc(64, 64, [](int x, int y) {
         int inside = 0;
-        for (int i = 0; i < 64; ++i)
-            inside += std::hypot(x + (i % 8 + 0.5) / 8 - centre, y + (i / 8 + 0.5) / 8 - centre) < radius;
+        for (int row = 0; row < 8; ++row)
+            for (int column = 0; column < 8; ++column)
+                inside += std::hypot(x + (column + 0.5) / 8 - centre, y + (row + 0.5) / 8 - centre) < radius;
         return 30 + 200 * inside / 64;
     });
     const std::vector<EdgePoint> points = detect(disc);

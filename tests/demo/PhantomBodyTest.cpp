@@ -20,10 +20,12 @@ double distance(const Point &p, const Point &q)
 std::vector<BonePlace> somePlaces()
 {
     std::vector<BonePlace> places;
-    for (double across = -0.9; across <= 0.9; across += 0.15)
-        for (double up = -0.9; up <= 0.9; up += 0.15)
+    for (int column = -6; column <= 6; ++column)
+        for (int row = -6; row <= 6; ++row) {
+            const double across = 0.15 * column, up = 0.15 * row;
             if (across * across + up * up < 0.95)
                 places.push_back({across, up});
+        }
     return places;
 }
 
@@ -59,10 +61,12 @@ TEST(PhantomBody, footIsTheNearestPlaceOfTheBone)
     const PhantomBody body{PhantomParameters()};
     const Point point = body.pointAbove({0.5, -0.4}, 6.0);
     double nearest = 1e9;
-    for (double across = -0.999; across < 1.0; across += 0.002)
-        for (double up = -0.999; up < 1.0; up += 0.002)
+    for (int column = -999; column < 1000; column += 2)
+        for (int row = -999; row < 1000; row += 2) {
+            const double across = column / 1000.0, up = row / 1000.0;
             if (across * across + up * up < 1.0)
                 nearest = std::min(nearest, distance(point, body.pointAbove({across, up}, 0.0)));
+        }
     EXPECT_NEAR(body.footBehind(point)->distanceMm, nearest, 1e-3);
     EXPECT_LE(body.footBehind(point)->distanceMm, nearest + 1e-9);
 }
@@ -95,7 +99,8 @@ TEST(PhantomBody, thicknessFallsFromTheRidgeToTheRim)
 {
     const PhantomBody body{PhantomParameters()}; // covered 0.86, ridge at 0.18, 4 mm to 1 mm
     EXPECT_DOUBLE_EQ(body.thicknessMm({0.18, 0.0}), 4.0);
-    for (double angle = 0.0; angle < 6.3; angle += 0.1) {
+    for (int tenths = 0; tenths <= 63; ++tenths) {
+        const double angle = tenths / 10.0;
         const BonePlace rim{0.86 * std::cos(angle), 0.86 * std::sin(angle)};
         EXPECT_NEAR(body.thicknessMm(rim), 1.0, 1e-12);
         // Half way from the ridge: 1 + 3 * (1 - 1/4) = 3.25.
@@ -134,10 +139,10 @@ TEST(PhantomBody, boneHasTheVolumeOfTwoHalfEllipsoids)
     const PhantomBody body(p);
     const double step = 0.2;
     long inside = 0;
-    for (double x = step / 2; x < 80.0; x += step)
-        for (double y = step / 2; y < 50.0; y += step)
-            for (double z = step / 2; z < 36.0; z += step)
-                inside += body.isBone({x, y, z}) ? 1 : 0;
+    for (int i = 0; i < 400; ++i) // 80 x 50 x 36 mm
+        for (int j = 0; j < 250; ++j)
+            for (int k = 0; k < 180; ++k)
+                inside += body.isBone({(i + 0.5) * step, (j + 0.5) * step, (k + 0.5) * step}) ? 1 : 0;
     const double expected =
         2.0 / 3.0 * std::numbers::pi * p.halfWidthMm * p.halfHeightMm * (p.frontDepthMm + p.backDepthMm);
     EXPECT_NEAR(static_cast<double>(inside) * step * step * step, expected, 0.002 * expected);

@@ -130,8 +130,8 @@ TEST(PhantomOutline, planesBeyondTheBoneHaveOneClosedLine)
 {
     const PhantomBody body{PhantomParameters()};
     int found = 0;
-    for (double z = 1.0; z < 35.0; z += 0.05) {
-        const SliceOutline outline = cartilageOutline(body, z, 200);
+    for (int i = 20; i < 700; ++i) {
+        const SliceOutline outline = cartilageOutline(body, 0.05 * i, 200);
         if (outline.empty() || !outline.boneSide.empty())
             continue;
         ++found;

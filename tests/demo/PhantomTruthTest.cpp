@@ -25,11 +25,12 @@ std::vector<double> changes(const std::function<bool(double)> &inside, double lo
 {
     std::vector<double> result;
     bool before = inside(low);
-    for (double at = low; at < high; at += step) {
+    for (int i = 0; low + i * step < high; ++i) {
+        const double at = low + i * step;
         const bool now = inside(at + step);
         if (now != before) {
             double from = at, to = at + step;
-            for (int i = 0; i < 40; ++i) {
+            for (int halving = 0; halving < 40; ++halving) {
                 const double middle = 0.5 * (from + to);
                 (inside(middle) == before ? from : to) = middle;
             }
@@ -45,7 +46,8 @@ double areaByLines(const PhantomBody &body, double z)
 {
     const double step = 0.04;
     double area = 0.0;
-    for (double x = body.centre()[0] - 25.0; x < body.centre()[0] + 25.0; x += step) {
+    for (int line = 0; line < 1250; ++line) { // 25 mm to either side
+        const double x = body.centre()[0] - 25.0 + line * step;
         const std::vector<double> ends = changes(
             [&](double y) {
                 return body.isCartilage({x, y, z});
@@ -162,8 +164,8 @@ private:
     {
         for (int i = 0; i < 26; ++i) {
             const int k = i < 13 ? i : i + 1;
-            const Point beside{point[0] + 0.09 * (k % 3 - 1), point[1] + 0.09 * (k / 3 % 3 - 1),
-                               point[2] + 0.09 * (k / 9 - 1)};
+            const int dx = k % 3 - 1, dy = k / 3 % 3 - 1, dz = k / 9 - 1;
+            const Point beside{point[0] + 0.09 * dx, point[1] + 0.09 * dy, point[2] + 0.09 * dz};
             if (!body.isCartilage(beside) && !body.isBone(beside))
                 return false;
         }

@@ -79,10 +79,12 @@ TEST(PhantomVolume, withoutNoisePureVoxelsHaveTheTissuesBrightness)
             for (int x = 0; x < p.width; ++x, ++index) {
                 // A grid of 3 x 3 x 3 points over the voxel and half a voxel around.
                 std::set<Tissue> tissues;
-                for (int k = 0; k < 27 && tissues.size() < 2; ++k)
-                    tissues.insert(anatomy.tissueAt({(x + k % 3 - 0.5) * p.spacingMm[0],
-                                                     (y + k / 3 % 3 - 0.5) * p.spacingMm[1],
-                                                     (z + k / 9 - 0.5) * p.spacingMm[2]}));
+                for (int i = 0; i < 27 && tissues.size() < 2; ++i) {
+                    const int dx = i % 3, dy = i / 3 % 3, dz = i / 9;
+                    tissues.insert(
+                        anatomy.tissueAt({(x + dx - 0.5) * p.spacingMm[0], (y + dy - 0.5) * p.spacingMm[1],
+                                          (z + dz - 0.5) * p.spacingMm[2]}));
+                }
                 if (tissues.size() > 1)
                     continue;
                 seen.insert(*tissues.begin());
@@ -125,12 +127,15 @@ TEST(PhantomVolume, edgeVoxelsAreMeansOverTheirCells)
         for (int y = 80; y < 125; y += 3)
             for (int x = 60; x < 200; x += 7) {
                 double sum = 0.0;
-                for (int i = 0; i < 16 * 16 * 24; ++i)
-                    sum +=
-                        demo::brightness(anatomy.tissueAt({(x + (i % 16 + 0.5) / 16.0) * p.spacingMm[0],
-                                                           (y + (i / 16 % 16 + 0.5) / 16.0) * p.spacingMm[1],
-                                                           (z + (i / 256 + 0.5) / 24.0) * p.spacingMm[2]}));
-                const int value = voxels[static_cast<std::size_t>((z * p.height + y) * p.width + x)];
+                for (int k = 0; k < 24; ++k)
+                    for (int j = 0; j < 16; ++j)
+                        for (int i = 0; i < 16; ++i)
+                            sum +=
+                                demo::brightness(anatomy.tissueAt({(x + (i + 0.5) / 16.0) * p.spacingMm[0],
+                                                                   (y + (j + 0.5) / 16.0) * p.spacingMm[1],
+                                                                   (z + (k + 0.5) / 24.0) * p.spacingMm[2]}));
+                const int index = (z * p.height + y) * p.width + x;
+                const int value = voxels[static_cast<std::size_t>(index)];
                 values.insert(value);
                 largest = std::max(largest, std::abs(sum / (16 * 16 * 24) - value));
             }

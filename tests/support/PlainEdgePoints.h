@@ -3,8 +3,10 @@
 #include "contours/EdgePoint.h"
 
 #include <array>
+#include <bit>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <vector>
 
@@ -93,4 +95,15 @@ inline std::vector<EdgePoint *> plainEdgePoints(const PlainSlice &slice, float s
             points.push_back(point);
         }
     return points;
+}
+
+inline std::array<std::uint32_t, 10> bitsOf(const EdgePoint &p)
+{
+    const std::array<float, 10> numbers{p.x, p.y, p.z, p.xS, p.yS, p.zS, p.strength, p.gx, p.gy, p.gz};
+    return std::bit_cast<std::array<std::uint32_t, 10>>(numbers);
+}
+
+inline bool bitEqual(const EdgePoint &a, const EdgePoint &b)
+{
+    return bitsOf(a) == bitsOf(b) && a.excluded == b.excluded;
 }
