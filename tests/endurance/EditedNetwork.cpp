@@ -83,11 +83,10 @@ std::unique_ptr<SlicedContoursObject> readBack(SlicedContoursObject &object)
     head.resize(std::max<std::size_t>(head.size(), ContinuousStreamImageObjectUnserializer::headSize));
     require(reader.canUnserialize(head.data()), "written contours are not recognised");
     std::unique_ptr<ImageObject> read(reader.unserialize(file));
-    auto *contours = dynamic_cast<SlicedContoursObject *>(read.get());
-    require(contours != nullptr, "written contours could not be read");
+    require(dynamic_cast<SlicedContoursObject *>(read.get()) != nullptr,
+            "written contours could not be read");
     require(file.tellg() == static_cast<std::streamoff>(bytes.size()), "a part of the file was left over");
-    read.release();
-    return std::unique_ptr<SlicedContoursObject>(contours);
+    return std::unique_ptr<SlicedContoursObject>(static_cast<SlicedContoursObject *>(read.release()));
 }
 
 } // namespace

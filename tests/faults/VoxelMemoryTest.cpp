@@ -228,6 +228,7 @@ private slots:
         QVERIFY(WindowsBitmapSerializer().serialize(volume, bitmap));
         for (int z = 0; z < depth; ++z) {
             std::vector<std::uint64_t> pixels;
+            pixels.reserve(std::size_t{width} * height);
             for (int i = 0; i < width * height; ++i)
                 pixels.push_back(static_cast<std::uint64_t>(checkered(i % width, i / width, z)));
             dicomSlice(width, height, pixels, z).write(series / std::to_string(z));

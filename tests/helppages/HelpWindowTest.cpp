@@ -200,7 +200,7 @@ private slots:
             return !isModifier(key) && keys.contains("Shift+" + key);
         });
         QVERIFY(found != keys.end());
-        const QString key = *found;
+        const QString &key = *found;
 
         QStackedSliceView view(nullptr, nullptr);
         const QString base = isErase ? "stacked_slice_view_guess" : "stacked_slice_view_erase";

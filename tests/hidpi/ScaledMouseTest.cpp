@@ -60,17 +60,18 @@ private:
     }
     QPoint onScreen(double x, double y) const
     {
-        return onScreen(view(), QPointF(state().width / 2 + (x - middleMm) * logicalPerMm(),
-                                        state().height / 2 - (y - middleMm) * logicalPerMm()));
+        return onScreen(view(), QPointF(middle().x() + (x - middleMm) * logicalPerMm(),
+                                        middle().y() - (y - middleMm) * logicalPerMm()));
     }
     // The mm that this pixel of the screen shows, by its upper left corner.
     QPointF mmAt(const QPoint &pixel) const
     {
         const QPointF inView = QPointF(pixel - device.originOf(view()->window()->winId())) / factor() -
                                QPointF(view()->mapTo(view()->window(), QPoint(0, 0)));
-        return {middleMm + (inView.x() - state().width / 2) / logicalPerMm(),
-                middleMm + (state().height / 2 - inView.y()) / logicalPerMm()};
+        return {middleMm + (inView.x() - middle().x()) / logicalPerMm(),
+                middleMm + (middle().y() - inView.y()) / logicalPerMm()};
     }
+    QPoint middle() const { return {state().width / 2, state().height / 2}; }
     QPointF cursorMm() const { return {state().cursorWorld[0], state().cursorWorld[1]}; }
     static bool isAt(const QPointF &position, const QPointF &expected, double mm)
     {

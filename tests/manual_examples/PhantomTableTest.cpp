@@ -29,8 +29,9 @@ TEST(PhantomTable, trueAreasAreThoseOfTheFormulas)
     double sum = 0.0;
     for (int i = 0; i < sliceCount; ++i) {
         const manual::Row &row = rows[static_cast<std::size_t>(i)];
-        const double area = truth.areaMm2[static_cast<std::size_t>(firstSlice + i)];
-        EXPECT_EQ(row.at(0), rounded(demo::slicePlaneMm(parameters, firstSlice + i), 2));
+        const int slice = firstSlice + i;
+        const double area = truth.areaMm2[static_cast<std::size_t>(slice)];
+        EXPECT_EQ(row.at(0), rounded(demo::slicePlaneMm(parameters, slice), 2));
         EXPECT_EQ(row.at(1), rounded(area, 2));
         sum += area;
     }

@@ -120,6 +120,7 @@ TEST(RecoveryFiles, superseded_beyondTenMinutes_isAllButTheLastOfEachTen)
 TEST(RecoveryFiles, superseded_keepsTheLastTwentyOnly)
 {
     std::vector<qint64> times;
+    times.reserve(40);
     for (int i = 0; i < 40; ++i)
         times.push_back(i * 10 * minute);
     const auto gone = RecoveryFiles::superseded(times, 400 * minute);

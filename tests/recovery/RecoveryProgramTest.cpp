@@ -101,7 +101,7 @@ class RecoveryProgramTest : public QObject
     {
         SlicedContoursObject contours("knee");
         contours.newFragment("bone")->newSegment({1, 2}, 3)->addPointBack({4, 5});
-        const QString path = home.filePath("knee.slic");
+        QString path = home.filePath("knee.slic");
         std::ofstream stream(path.toStdString(), std::ios::binary);
         SlicSerializer().serialize(&contours, stream);
         return path;

@@ -142,7 +142,7 @@ private:
     // Two files of two patients.
     QString writeDicomFolder()
     {
-        const QString path = folder.filePath("series");
+        QString path = folder.filePath("series");
         if (!QDir().mkpath(path))
             return {};
         int number = 0;

@@ -117,6 +117,7 @@ QString faultOf(const TriMeshDistanceMeasurer &measurer, const PlainThickness &p
 std::vector<QPointF> inVoxels(const std::vector<QPointF> &mm)
 {
     std::vector<QPointF> voxels;
+    voxels.reserve(mm.size());
     for (const QPointF &point : mm)
         voxels.push_back(point / knee_lines::pixelMm);
     return voxels;

@@ -184,8 +184,9 @@ public:
         const ViewState &state = view()->state();
         const Vector4 seen =
             transformed(state.viewMatrix, {mm.x(), mm.y(), static_cast<double>(state.workingZ), 1.0});
-        return {static_cast<int>(std::lround(view()->width() / 2 + seen[0])),
-                static_cast<int>(std::lround(view()->height() / 2 - seen[1]))};
+        const QPoint middle(view()->width() / 2, view()->height() / 2);
+        return {static_cast<int>(std::lround(middle.x() + seen[0])),
+                static_cast<int>(std::lround(middle.y() - seen[1]))};
     }
     // Along the line: the left button keeps to edge points, the right one to the line.
     void trace(const QList<QPointF> &line, Qt::MouseButton button)
