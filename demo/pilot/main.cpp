@@ -124,10 +124,15 @@ int runDemo(const QString &folder, int argc, char **argv)
 
 int main(int argc, char **argv)
 {
-    if (argc == 3 && std::string(argv[1]) == "--phantom")
-        return writePhantom(QFile::decodeName(argv[2]), demo::PhantomParameters()) ? 0 : 1;
-    if (argc == 2)
-        return runDemo(QFile::decodeName(argv[1]), argc, argv);
+    try {
+        if (argc == 3 && std::string(argv[1]) == "--phantom")
+            return writePhantom(QFile::decodeName(argv[2]), demo::PhantomParameters()) ? 0 : 1;
+        if (argc == 2)
+            return runDemo(QFile::decodeName(argv[1]), argc, argv);
+    } catch (const std::exception &fault) {
+        std::cerr << "The demo cannot run: " << fault.what() << std::endl;
+        return 1;
+    }
     std::cerr << "usage: tevora-demo [--phantom] DIR" << std::endl;
     return 2;
 }
