@@ -9,6 +9,8 @@
 
 #include <atomic>
 #include <functional>
+#include <future>
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -18,26 +20,26 @@ class QWidget;
 // only looks. Positions are pixels of the screen.
 namespace ScreenLocator {
 
-// Counts how often questions and answers go over to the other thread. The toolkit's queue has put both sides
-// in order already; a sanitizer of threads, which does not look into the toolkit, sees the order here.
+// Counts the questions that go over to the other thread. The toolkit's queue has put both threads in order
+// already; a sanitizer of threads, which does not look into the toolkit, sees the order here.
 inline std::atomic<unsigned> crossings{0};
 
-// Runs a question in the GUI thread and waits for the answer.
+// Runs a question in the GUI thread and waits for the answer. Throws std::future_error when the program ends
+// instead.
 template <class Question>
 auto ask(Question question)
 {
-    decltype(question()) answer{};
+    auto promise = std::make_shared<std::promise<decltype(question())>>();
+    auto answer = promise->get_future();
     ++crossings;
     QMetaObject::invokeMethod(
         QCoreApplication::instance(),
-        [&] {
+        [&question, promise = std::move(promise)] {
             ++crossings;
-            answer = question();
-            ++crossings;
+            promise->set_value(question());
         },
-        Qt::BlockingQueuedConnection);
-    ++crossings;
-    return answer;
+        Qt::QueuedConnection);
+    return answer.get();
 }
 
 // Waits until the question has an answer; throws std::runtime_error with `what` after the time.

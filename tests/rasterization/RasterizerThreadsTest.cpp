@@ -230,8 +230,7 @@ private slots:
             delete edited->segment(0);
         drawn::square(edited, 2.5f, 4, 28);
         QVERIFY(firstRuns.run() && secondRuns.run());
-        QTRY_VERIFY(!first.isStale() && !second.isStale());
-        QVERIFY(firstRuns.rests() && secondRuns.rests());
+        QTRY_VERIFY(!first.isStale() && !second.isStale() && firstRuns.rests() && secondRuns.rests());
         std::vector<unsigned char> expected(32 * 32 * depth, 0);
         for (std::size_t y = 4; y < 28; ++y)
             for (std::size_t x = 4; x < 28; ++x)
@@ -375,8 +374,7 @@ private slots:
         }
         volume.setWindow(0, 255);
         QVERIFY(runs.run());
-        QTRY_VERIFY(!raster.isStale());
-        QVERIFY(runs.rests());
+        QTRY_VERIFY(!raster.isStale() && runs.rests());
         const std::vector<unsigned char> bytes = rasterBytes(raster);
         QCOMPARE(int(bytes[5 + 32 * 7 + 32 * 32 * 3]), 5 + 3 * 7 + 3);
     }

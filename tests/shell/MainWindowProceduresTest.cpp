@@ -16,6 +16,7 @@
 #include "tests/support/DialogDriver.h"
 #include "tests/support/DrawnBox.h"
 #include "tests/support/PrivateSettings.h"
+#include "tests/support/RasterRun.h"
 #include "view/GraphicsPod.h"
 #include "view/ImageComposition.h"
 #include "view/QStackedSliceViewer.h"
@@ -110,16 +111,6 @@ void drawRectangle(SlicedContoursFragment *left, SlicedContoursFragment *right, 
     segment = right->newSegment(box.bottomRight(), z);
     segment->addPointBack(box.topRight());
     segment->addPointBack(box.topLeft());
-}
-
-// How many voxels of a slice have the value.
-int countOf(MERV::Image &image, int slice, int value)
-{
-    int count = 0;
-    for (int y = 0; y < image.getHeight(); ++y)
-        for (int x = 0; x < image.getWidth(); ++x)
-            count += int(image.getVoxel(x, y, slice, 0, 0)) == value ? 1 : 0;
-    return count;
 }
 
 bool near(double value, double wanted)
@@ -395,14 +386,14 @@ private slots:
         // Voxels are 1 x 0.5 mm: 4 mm x 3 mm are 4 x 6 voxels, 6 mm x 2 mm are 6 x 4 voxels.
         drawRectangle(contours->fragment(0), contours->fragment(1), 1.0f, QRectF(2, 2, 4, 3));
         drawRectangle(contours->fragment(2), contours->fragment(3), 3.0f, QRectF(12, 4, 6, 2));
-        QTRY_COMPARE(countOf(*rasterizer->voxels(), 0, 127), 24);
-        QTRY_COMPARE(countOf(*rasterizer->voxels(), 1, 255), 24);
+        QTRY_COMPARE(countOf(*rasterizer, 0, 127), 24);
+        QTRY_COMPARE(countOf(*rasterizer, 1, 255), 24);
         QTRY_VERIFY(!rasterizer->isStale());
-        QCOMPARE(countOf(*rasterizer->voxels(), 0, 0), 600 - 24);
-        QCOMPARE(countOf(*rasterizer->voxels(), 1, 0), 600 - 24);
-        QCOMPARE(int(rasterizer->voxels()->getVoxel(12, 8, 1, 0, 0)), 255);
-        QCOMPARE(int(rasterizer->voxels()->getVoxel(17, 11, 1, 0, 0)), 255);
-        QCOMPARE(countOf(*rasterizer->voxels(), 2, 0), 600);
+        QCOMPARE(countOf(*rasterizer, 0, 0), 600 - 24);
+        QCOMPARE(countOf(*rasterizer, 1, 0), 600 - 24);
+        QCOMPARE(voxelOf(*rasterizer, 12, 8, 1), 255);
+        QCOMPARE(voxelOf(*rasterizer, 17, 11, 1), 255);
+        QCOMPARE(countOf(*rasterizer, 2, 0), 600);
     }
 
     void onAnotherObject_onlyAViewerOpens_data()
@@ -635,7 +626,7 @@ private slots:
         auto *overlay = scene.fromEnd<MervImageObject>();
         QCOMPARE(overlay->label(), QString("Reload of mask3"));
         for (int slice = 0; slice < 2; ++slice)
-            QCOMPARE(countOf(*overlay->voxels(), slice, 9), 12);
+            QCOMPARE(countOf(*overlay, slice, 9), 12);
     }
 
     void loadSegmentation_ofAnotherSize_staysAsItIs()

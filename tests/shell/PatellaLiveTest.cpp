@@ -13,6 +13,7 @@
 #include "tests/shell/MainWindowScene.h"
 #include "tests/support/DialogDriver.h"
 #include "tests/support/PrivateSettings.h"
+#include "tests/support/RasterRun.h"
 #include "view/ImageComposition.h"
 #include "view/QStackedSliceViewer.h"
 
@@ -75,15 +76,7 @@ private:
     }
 
     // The voxels of a slice with the code of the contour.
-    int voxelsInside(int slice) const
-    {
-        MERV::Image &voxels = *rasterizer->voxels();
-        int count = 0;
-        for (int y = 0; y < voxels.getHeight(); ++y)
-            for (int x = 0; x < voxels.getWidth(); ++x)
-                count += int(voxels.getVoxel(x, y, slice, 0, 0)) == 127 ? 1 : 0;
-        return count;
-    }
+    int voxelsInside(int slice) const { return countOf(*rasterizer, slice, 127); }
 
     static QString cell(const SlicedMetricsViewer &viewer, int row, int column)
     {
@@ -123,8 +116,8 @@ private slots:
         // open lines.
         QTRY_COMPARE(voxelsInside(0), 20);
         QTRY_VERIFY(!rasterizer->isStale());
-        QCOMPARE(int(rasterizer->voxels()->getVoxel(10, 10, 0, 0, 0)), 127);
-        QCOMPARE(int(rasterizer->voxels()->getVoxel(19, 11, 0, 0, 0)), 127);
+        QCOMPARE(voxelOf(*rasterizer, 10, 10, 0), 127);
+        QCOMPARE(voxelOf(*rasterizer, 19, 11, 0), 127);
         QCOMPARE(voxelsInside(1), 0);
 
         erase(surface());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Common/Image.h"
 #include "meshes/RasterizerObject.h"
 
 #include <QObject>
@@ -14,6 +15,25 @@ inline std::vector<unsigned char> rasterBytes(const RasterizerObject &raster)
     const auto lock = raster.lockVoxels();
     const auto *first = static_cast<const unsigned char *>(raster.voxels()->getFrameData(0));
     return {first, first + raster.voxels()->getValueCount()};
+}
+
+// A voxel of a volume that a worker may write.
+inline int voxelOf(const MervImageObject &volume, int x, int y, int z)
+{
+    const auto lock = volume.lockVoxels();
+    return static_cast<int>(volume.voxels()->getVoxel(x, y, z, 0, 0));
+}
+
+// How many voxels of a slice have the value, at one moment.
+inline int countOf(const MervImageObject &volume, int slice, int value)
+{
+    const auto lock = volume.lockVoxels();
+    MERV::Image &voxels = *volume.voxels();
+    int count = 0;
+    for (int y = 0; y < voxels.getHeight(); ++y)
+        for (int x = 0; x < voxels.getWidth(); ++x)
+            count += static_cast<int>(voxels.getVoxel(x, y, slice, 0, 0)) == value ? 1 : 0;
+    return count;
 }
 
 // Slice k as text, the row of the largest y first: '.' for 0, '#' for 255, 'o' for 127, '?' for others.
