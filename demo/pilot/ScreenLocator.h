@@ -9,8 +9,6 @@
 
 #include <atomic>
 #include <functional>
-#include <future>
-#include <memory>
 #include <optional>
 #include <utility>
 
@@ -20,26 +18,32 @@ class QWidget;
 // only looks. Positions are pixels of the screen.
 namespace ScreenLocator {
 
-// Counts the questions that go over to the other thread. The toolkit's queue has put both threads in order
-// already; a sanitizer of threads, which does not look into the toolkit, sees the order here.
+// Counts how often questions and answers go over to the other thread. The toolkit's queue has put both sides
+// in order already; a sanitizer of threads, which does not look into the toolkit, sees the order here.
 inline std::atomic<unsigned> crossings{0};
 
-// Runs a question in the GUI thread and waits for the answer. Throws std::future_error when the program ends
-// instead.
+// Part of a question, whose end, in the thread that asked, comes behind the answer.
+struct LastCrossing
+{
+    ~LastCrossing() { ++crossings; }
+};
+
+// Runs a question in the GUI thread and waits for the answer.
 template <class Question>
 auto ask(Question question)
 {
-    auto promise = std::make_shared<std::promise<decltype(question())>>();
-    auto answer = promise->get_future();
+    decltype(question()) answer{};
     ++crossings;
     QMetaObject::invokeMethod(
         QCoreApplication::instance(),
-        [&question, promise = std::move(promise)] {
+        [&, last = LastCrossing()] {
             ++crossings;
-            promise->set_value(question());
+            answer = question();
+            ++crossings;
         },
-        Qt::QueuedConnection);
-    return answer.get();
+        Qt::BlockingQueuedConnection);
+    ++crossings;
+    return answer;
 }
 
 // Waits until the question has an answer; throws std::runtime_error with `what` after the time.
