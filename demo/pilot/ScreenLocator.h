@@ -22,10 +22,14 @@ namespace ScreenLocator {
 // in order already; a sanitizer of threads, which does not look into the toolkit, sees the order here.
 inline std::atomic<unsigned> crossings{0};
 
-// Part of a question, whose end, in the thread that asked, comes behind the answer.
-struct LastCrossing
+// Part of what is handed to the toolkit's queue, behind all else: made whole before the other thread reads
+// it, and at its end only when that has done so.
+struct Crossing
 {
-    ~LastCrossing() { ++crossings; }
+    Crossing() = default;
+    Crossing(const Crossing &) { ++crossings; }
+    Crossing &operator=(const Crossing &) = delete;
+    ~Crossing() { ++crossings; }
 };
 
 // Runs a question in the GUI thread and waits for the answer.
@@ -33,12 +37,11 @@ template <class Question>
 auto ask(Question question)
 {
     decltype(question()) answer{};
-    ++crossings;
     QMetaObject::invokeMethod(
         QCoreApplication::instance(),
-        [&, last = LastCrossing()] {
+        [asked = &question, given = &answer, crossing = Crossing()] {
             ++crossings;
-            answer = question();
+            *given = (*asked)();
             ++crossings;
         },
         Qt::BlockingQueuedConnection);

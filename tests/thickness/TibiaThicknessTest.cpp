@@ -1,6 +1,7 @@
 #include "meshes/TriMeshDistanceMeasurer.h"
 #include "meshes/TriMeshFragment.h"
 #include "meshes/geometry/ClosestPointIndex.h"
+#include "tests/support/NoTimeLimit.h"
 #include "tests/support/TestData.h"
 #include "tests/support/TrueDistance.h"
 #include "tests/support/VtkMesh.h"
@@ -196,6 +197,9 @@ Vector3 place(const Point &point)
 class TibiaThicknessTest : public QObject
 {
     Q_OBJECT
+
+public:
+    static void initMain() { liftTimeLimit(); } // scans of all faces take long under a sanitizer
 
 private slots:
     void initTestCase()
