@@ -187,7 +187,9 @@ TYPED_TEST(ImageMemory, movingLeavesAnEmptyImage)
     EXPECT_EQ(target.getData(), buffer);
     EXPECT_EQ(target.getName(), "knee");
     EXPECT_EQ(target.getVoxel(2, 1, 0, 0, 0), 5.0f);
-    EXPECT_EQ(image.getData(), nullptr); // NOLINT(bugprone-use-after-move): the state after it is the point
+    // What is left is the point.
+    // NOLINTNEXTLINE(bugprone-use-after-move,clang-analyzer-cplusplus.Move)
+    EXPECT_EQ(image.getData(), nullptr);
     EXPECT_EQ(image.getValueCount(), 0u);
     EXPECT_EQ(image.getWidth(), 0);
 }
