@@ -84,7 +84,8 @@ EdgePointList *BasicSliceEdgePointExtractor::edgePointsAround(float x, float y, 
     auto result = std::make_unique<EdgePointList>();
     // Truncated, not rounded down: a z just below the volume belongs to its first slice.
     const float slice = z / spacingZ;
-    if (!(slice > -1.0f && slice < static_cast<float>(sliceCount())))
+    const bool usableSpacing = std::isfinite(spacingZ) && spacingZ > 0.0f;
+    if (!usableSpacing || !(slice > -1.0f && slice < static_cast<float>(sliceCount())))
         return result.release();
     const int index = static_cast<int>(slice);
     std::vector<EdgePoint> &candidates = points[static_cast<std::size_t>(index)];

@@ -135,11 +135,13 @@ private slots:
     void spacingOfNoUseGivesEmptyAnswers()
     {
         const auto volume = makeVolume(8, 8, 3, [](int x, int, int) { return x < 4 ? 0 : 255; });
-        for (const float spacing : {0.0f, NAN}) {
+        for (const float spacing : {0.0f, -2.0f, NAN, INFINITY}) {
             volume->voxels()->setSpacing(0.5f, 0.25f, spacing, 1.0f);
             ConventionalSliceEdgePointExtractor extractor(volume.get());
-            QCOMPARE(foundAround(extractor, 2.0f, 1.0f, 1.0f, 50.0f), 0);
-            QCOMPARE(foundAround(extractor, 2.0f, 1.0f, 0.0f, 50.0f), 0);
+            for (const float z : {1.0f, 0.0f, -1.0f}) {
+                QCOMPARE(foundAround(extractor, 2.0f, 1.0f, z, 50.0f), 0);
+                QCOMPARE(foundAround(extractor, 2.0f, 1.0f, z, INFINITY), 0);
+            }
         }
     }
 
