@@ -116,7 +116,7 @@ public:
     QPointF pixelOf(const Vector4 &mm) const
     {
         const Vector4 seen = transformed(view().state().viewMatrix, mm);
-        return {view().width() / 2 + seen[0], view().height() / 2 - seen[1]};
+        return {0.5 * view().width() + seen[0], 0.5 * view().height() - seen[1]};
     }
 
     MervImageObject image;
