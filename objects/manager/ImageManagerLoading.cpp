@@ -52,9 +52,14 @@ std::ifstream openFile(const QString &path)
 // Handles the events that are due. False when the program was told to exit meanwhile.
 bool processEvents()
 {
+    constexpr int allHandled = 1; // an exit of the program ends this loop with another code
     QEventLoop loop;
-    QMetaObject::invokeMethod(&loop, "quit", Qt::QueuedConnection);
-    return loop.exec() == 0;
+    const auto goOn = [&loop] {
+        if (loop.isRunning())
+            loop.exit(allHandled);
+    };
+    QMetaObject::invokeMethod(&loop, goOn, Qt::QueuedConnection);
+    return loop.exec() == allHandled;
 }
 
 void reportLoaded(int loaded, const QStringList &failed)
@@ -180,9 +185,9 @@ void ImageManager::loadFiles(const QStringList &paths, QStringList &failed)
 bool ImageManager::dropMimeData(const QMimeData *data, Qt::DropAction, int, int, const QModelIndex &)
 {
     // A drop may come from another program while the events of a long load are handled.
-    if (!data->hasUrls() || LoadProgress::isActive())
-        return false;
     const QList<QUrl> urls = data->urls(); // the data may not outlive the events handled below
+    if (urls.isEmpty() || LoadProgress::isActive())
+        return false;
     QProgressDialog progress(tr("Loading images ..."), tr("Cancel"), 0, static_cast<int>(urls.size()),
                              nullptr);
     progress.setWindowModality(Qt::WindowModal);

@@ -381,6 +381,9 @@ private slots:
         QMimeData data;
         data.setData(ImageManager::indexMimeType(), "x");
         QVERIFY(!manager->dropMimeData(&data, Qt::CopyAction, -1, -1, QModelIndex()));
+        data.setUrls({}); // a list, with nothing in it
+        QVERIFY(data.hasUrls());
+        QVERIFY(!manager->dropMimeData(&data, Qt::CopyAction, -1, -1, QModelIndex()));
         QVERIFY(calls.isEmpty());
     }
 
@@ -446,6 +449,22 @@ private slots:
                            [&] { manager->dropMimeData(&data, Qt::CopyAction, -1, -1, {}); });
         QCOMPARE(QApplication::exec(), 0);
         QCOMPARE(manager->imageCount(), 1);
+    }
+
+    void drop_loadsNothingWhenTheExitIsDueAlready()
+    {
+        refuseAll(s, t);
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(newFile("1.ff", "x")), QUrl::fromLocalFile(newFile("2.ff", "x"))});
+        f.read = [](const QString &) { return new FakeImage; };
+        const CapturedOutput output;
+        QTimer::singleShot(0, manager.get(), [&] {
+            QMetaObject::invokeMethod(
+                qApp, [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
+            manager->dropMimeData(&data, Qt::CopyAction, -1, -1, {});
+        });
+        QCOMPARE(QApplication::exec(), 0);
+        QCOMPARE(manager->imageCount(), 0);
     }
 
     // As by the menu: the exit is one of the events that are handled between two files.
