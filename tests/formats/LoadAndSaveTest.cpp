@@ -5,6 +5,7 @@
 #include "contours/SlicedContoursFragment.h"
 #include "contours/SlicedContoursObject.h"
 #include "contours/SlicedContoursSegment.h"
+#include "meshes/TriMeshObject.h"
 #include "objects/MervImageObject.h"
 #include "objects/SparselySampledImageObject.h"
 #include "serialization/dialogs/InteractiveDicomUnserializerDialog.h"
@@ -164,9 +165,9 @@ private slots:
         QCOMPARE(offeredFor(&odd), common);
     }
 
-    void otherObjects_cannotBeSaved()
+    void meshes_cannotBeSaved()
     {
-        ImageObject mesh("mesh", nullptr);
+        TriMeshObject mesh("mesh", nullptr);
         DialogDriver driver;
         driver.expectBox(
             QMessageBox::Critical, "Tevora",
