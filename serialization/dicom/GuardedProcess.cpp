@@ -1,5 +1,8 @@
 #include "serialization/dicom/GuardedProcess.h"
 
+#include "Common/Progress.h"
+
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
@@ -33,21 +36,25 @@ namespace {
     }
 }
 
-// Reads the result as soon as it is there; nothing at the end of the pipe or of the time.
+// Reads the result as soon as it is there; nothing at the end of the pipe or of the time. Who listens to the
+// progress hears now and then that the work goes on.
 std::optional<std::size_t> awaitResult(int pipe, std::chrono::milliseconds limit)
 {
     using Clock = std::chrono::steady_clock;
+    constexpr std::chrono::milliseconds::rep longestSilence = 100;
     const Clock::time_point end = Clock::now() + limit;
     while (true) {
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
         if (left <= 0)
             return std::nullopt;
         pollfd waiting{pipe, POLLIN, 0};
-        const int ready = poll(&waiting, 1, static_cast<int>(left));
-        if (ready < 0 && errno == EINTR)
-            continue;
-        if (ready <= 0)
+        const int ready = poll(&waiting, 1, static_cast<int>(std::min(left, longestSilence)));
+        if (ready < 0 && errno != EINTR)
             return std::nullopt;
+        if (ready <= 0) {
+            MERV::reportProgress(0, 1);
+            continue;
+        }
         std::size_t result = 0;
         const ssize_t count = read(pipe, &result, sizeof result);
         if (count < 0 && errno == EINTR)

@@ -19,7 +19,6 @@ namespace dicom {
 
 namespace {
 
-constexpr std::chrono::milliseconds longestWork(3000);
 // Deflate does not compress better than 1032 to 1.
 constexpr std::uint64_t largestInflation = 1032;
 constexpr std::uint64_t mostInflatedBytes = 1ULL << 30U;
@@ -148,6 +147,13 @@ bool fits(const std::string &fragment, const PixelLayout &layout)
 
 } // namespace
 
+std::chrono::milliseconds longestWork(std::uint64_t bytes)
+{
+    constexpr std::chrono::milliseconds least(3000);
+    constexpr std::uint64_t bytesPerMillisecond = 4096;
+    return least + std::chrono::milliseconds(bytes / bytesPerMillisecond);
+}
+
 std::optional<std::string> inflateFile(const std::string &path)
 {
     std::error_code error;
@@ -158,7 +164,7 @@ std::optional<std::string> inflateFile(const std::string &path)
     const SharedMemory memory(std::min(size, mostInflatedBytes / largestInflation) * largestInflation +
                               headroom);
     const std::optional<std::size_t> length =
-        runGuarded(longestWork, [&] { return inflateInto(path, memory.bytes()); });
+        runGuarded(longestWork(size), [&] { return inflateInto(path, memory.bytes()); });
     if (!length || *length == 0 || *length > memory.bytes().size())
         return std::nullopt;
     return std::string(memory.bytes().data(), *length);
@@ -171,8 +177,8 @@ bool decodeFragments(const DicomHeader &header, const PixelLayout &layout,
     if (fragments.size() < layout.frames || !fits(fragments.front(), layout))
         return false;
     const SharedMemory memory(out.size());
-    const std::optional<std::size_t> length =
-        runGuarded(longestWork, [&] { return decodeInto(header, layout, fragments, memory.bytes()); });
+    const std::optional<std::size_t> length = runGuarded(
+        longestWork(out.size()), [&] { return decodeInto(header, layout, fragments, memory.bytes()); });
     if (!length || *length != out.size())
         return false;
     std::memcpy(out.data(), memory.bytes().data(), out.size());
