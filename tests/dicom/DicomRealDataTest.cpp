@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cmath>
 #include <cstring>
 #include <fstream>
@@ -395,7 +394,7 @@ std::vector<float> dumpedValues(const std::string &path, const fs::path &folder,
 
 } // namespace
 
-TEST(DicomRealData, everyAwkwardFileIsOpenedOrRefusedInTime)
+TEST(DicomRealData, everyAwkwardFileIsOpenedOrRefused)
 {
     const std::string folder = folderOf("awkward-dicom/pydicom");
     if (folder.empty())
@@ -403,10 +402,8 @@ TEST(DicomRealData, everyAwkwardFileIsOpenedOrRefusedInTime)
     const std::vector<fs::path> paths = awkwardFiles(folder);
     EXPECT_EQ(paths.size(), 68U);
     for (const fs::path &path : paths) {
-        const auto start = std::chrono::steady_clock::now();
         const auto image = loadDicomFile(path.string());
         readTags(path.string());
-        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5)) << path;
         const auto expected = openedFiles().find(path.filename().string());
         ASSERT_EQ(image != nullptr, expected != openedFiles().end()) << path;
         if (!image)
@@ -418,17 +415,15 @@ TEST(DicomRealData, everyAwkwardFileIsOpenedOrRefusedInTime)
     }
 }
 
-TEST(DicomRealData, awkwardFolderIsReadAsSeriesInTime)
+TEST(DicomRealData, awkwardFolderIsReadAsSeries)
 {
     const std::string folder = folderOf("awkward-dicom/pydicom");
     if (folder.empty())
         GTEST_SKIP() << "no test data in awkward-dicom/pydicom";
-    const auto start = std::chrono::steady_clock::now();
     const DicomDirectory directory(folder, false);
     EXPECT_GT(directory.series().size(), 5U);
     for (std::size_t i = 0; i < directory.series().size(); ++i)
         loadSeries(folder, directory, static_cast<int>(i), false, true);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
 }
 
 TEST(DicomRealData, awkwardPicturesAgreeWithAnotherReader)

@@ -14,7 +14,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <limits>
 #include <sstream>
@@ -150,17 +149,15 @@ TEST(TextSlicSerializer, levelThatIsNoNumber_isAHeaderWithoutRows)
     EXPECT_EQ(textOf<TextSlicSerializer>(contours), "c\nz\ta\nz\ta\n"); // it never equals itself
 }
 
-// A walk over all lines for each of their levels would take an hour.
-TEST(TextSlicSerializer, hundredThousandsOfLevels_areWrittenInSeconds)
+// A walk over all lines for each of their levels would take an hour, and the runner end the test.
+TEST(TextSlicSerializer, hundredThousandsOfLevels_areWritten)
 {
     constexpr int count = 200000;
     SlicedContoursObject contours("c");
     SlicedContoursFragment *a = contours.newFragment("a");
     for (int i = 0; i < count; ++i)
         a->newSegment(QPointF(1, 2), static_cast<float>(i));
-    const auto start = std::chrono::steady_clock::now();
     const std::string text = textOf<TextSlicSerializer>(contours);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::minutes(1));
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1 + 2 * count);
 }
 
