@@ -1,3 +1,4 @@
+#include "tests/support/Midnight.h"
 #include "tests/support/ProgramOnScreen.h"
 
 #include <QDir>
@@ -26,7 +27,11 @@ class ProgramTest : public QObject
     QString settingsFile() const { return home.path() + "/MERV/Tevora.conf"; }
 
 private slots:
-    void init() { QFile::remove(settingsFile()); }
+    void init()
+    {
+        waitForMidnightToPass();
+        QFile::remove(settingsFile());
+    }
 
     void exitFromTheMenu_endsWithSuccessAndWritesTheSettings()
     {
