@@ -611,6 +611,23 @@ private slots:
         }
     }
 
+    // The loop of the dialog ends too, and without a raster.
+    void exitWhileTheRasterDialogIsOpen_endsTheProgram()
+    {
+        MainWindowScene scene;
+        scene.add(new SlicedContoursObject("lines"));
+        scene.select({0});
+        scene.window.show(); // so that the dialog is not the last window, whose end would be the program's
+        DialogDriver driver;
+        driver.expect<QDialog>("raster", [&](QDialog *) { scene.window.exit(); });
+        QTimer::singleShot(0, &scene.window, &MainWindow::rasterizeImage);
+        QTimer::singleShot(60000, &scene.window, [] { QCoreApplication::exit(1); }); // no loop without end
+        QCOMPARE(QApplication::exec(), 0);
+        QVERIFY2(driver.verify(), driver.report());
+        QVERIFY(QApplication::activeModalWidget() == nullptr);
+        QCOMPARE(scene.manager().imageCount(), 1);
+    }
+
     // Ok takes what the validators call unfinished.
     void rasterize_withTextsThatAreNoNumbers_takesThemForZero()
     {
