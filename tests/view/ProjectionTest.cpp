@@ -77,6 +77,19 @@ TEST(Projection, withoutPerspective_hasAnInvertibleFormWithTheSamePixels)
             EXPECT_EQ(invertible.m[row][column], flat.m[row][column]);
 }
 
+// A scene of 94 mm at 1e10 pixels per mm, in the largest view with a shear. The determinant of the upper left
+// must be more than 1e-25 in single precision.
+TEST(Projection, withoutPerspective_cutsNothingAwayAtAnyMagnification)
+{
+    const Matrix4 matrix = invertibleProjection(projectionMatrix(16384, 16384, 1.0, -1.0, 0.0));
+    for (const double z : {-94e10, 94e10})
+        for (const double y : {-8192.0, 8192.0}) {
+            const Vector4 clip = transformed(matrix, {0.0, y, z, 1.0});
+            EXPECT_LT(std::abs(clip[2]), 0.001 * clip[3]);
+        }
+    EXPECT_GT(matrix.m[0][0] * matrix.m[1][1] * matrix.m[2][2], 1e-24);
+}
+
 TEST(PickRay, withoutPerspective_runsAlongZ)
 {
     // Plane z = 7 in view space: the pixel (30, -40) is met at (30, -40, 7).

@@ -66,6 +66,7 @@ private slots:
     void obliquePlane_showsTheCutVoxels();
     void contours_withFillsAndLines();
     void scopes_drawInTheirPasses();
+    void greatMagnification_cutsNothingAway();
     void objects_areDrawnBackToFrontInTheirOrder();
     void edgeMarks_areKitesAlongTheGradient();
     void rubberBand_isADashedRectangle();
@@ -201,6 +202,33 @@ void ViewPicturesTest::scopes_drawInTheirPasses()
         QVERIFY(isNear(at(picture(), 30, 20), 0, 0, 0));
         pod->setDisplayScope(7);
         QVERIFY(at(picture(), 30, 20).red() > 250);
+    }
+}
+
+// 40 voxels of 1e-9 mm in 320 pixels: 8e9 pixels per mm.
+void ViewPicturesTest::greatMagnification_cutsNothingAway()
+{
+    auto volume = newVolume(MERV::TypeUShort, {40, 40, 5}, [](int x, int, int) { return x < 20 ? 0 : 200; });
+    volume->setSpacing(1e-9f, 1e-9f, 2.0f, 1.0f);
+    MervImageObject image(volume.release(), "/somewhere/tiny.mhd");
+    ImageComposition composition;
+    composition.addImageObject(&image);
+    QStackedSliceView view(nullptr, &composition);
+    view.resize(ViewScene::size, ViewScene::size);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    view.resetView();
+    QVERIFY(std::abs(view.state().viewMatrix.m[0][0] / 8e9 - 1.0) < 1e-6);
+    view.setWorkingZ(9.0f); // 7.2e10 pixels before the screen
+    for (const float shear : {0.0f, 1e-12f}) {
+        view.setPerspective(shear, 0.0f, 0.0f);
+        for (const int scope : {3, 4, 5, 6}) {
+            composition.pod(0)->setDisplayScope(scope);
+            view.repaintNow();
+            const QImage shown = opaquePicture(view.grabFramebuffer());
+            QVERIFY(at(shown, 30, 20).red() > 250);
+            QVERIFY(isNear(at(shown, 10, 20), 0, 0, 0));
+        }
     }
 }
 

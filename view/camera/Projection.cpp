@@ -48,7 +48,9 @@ Matrix4 projectionMatrix(int width, int height, double shearX, double shearY, do
 
 Matrix4 invertibleProjection(const Matrix4 &projection)
 {
-    constexpr double depthPerPixel = 1e-7; // far from the limits of -1 and 1 at any magnification
+    // So small that depths keep within -1 and 1 up to 1e16 pixels, where single precision has long lost the
+    // picture, and not smaller: drivers take a determinant below 1e-25 for none, in views with a shear.
+    constexpr double depthPerPixel = 1e-16;
     Matrix4 result = projection;
     for (double &entry : result.m[2])
         entry = 0.0;
