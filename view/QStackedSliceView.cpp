@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -98,8 +99,7 @@ void QStackedSliceView::rotate(double rx, double ry, double rz, bool rotateCamer
     if (!keepPlane) {
         Matrix4 back;
         MERV::transpose(turn, back);
-        viewState.workingPlane = transformedPlane(back, viewState.workingPlane);
-        viewState.workingPlaneAxial = false;
+        setWorkingPlane(transformedPlane(back, viewState.workingPlane));
     }
     requestRepaint();
 }
@@ -141,7 +141,7 @@ void QStackedSliceView::resetView()
     viewState.animatingView = false;
     if (const GraphicsPod *pod = composition->pod(0); pod != nullptr && pod->object()->hasContent()) {
         const float z = pod->object()->firstSignificantZ();
-        if (std::isfinite(z))
+        if (std::isfinite(z) && z < std::numeric_limits<float>::max()) // which stands for none
             setWorkingZ(z);
     }
     requestRepaint();

@@ -1,3 +1,4 @@
+#include "meshes/SlicedContoursTriangulator.h"
 #include "shell/help/Help.h"
 #include "tests/support/CapturedOutput.h"
 #include "tests/support/XHand.h"
@@ -13,6 +14,7 @@
 #include <QSplitter>
 #include <QWheelEvent>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -53,6 +55,11 @@ Vector4 onTarget(const ViewState &state, double x, double y, double z = 1.0)
     return transformed(state.targetViewMatrix, {x, y, z, 1.0});
 }
 
+bool isEqual(const Matrix4 &a, const Matrix4 &b)
+{
+    return std::equal(&a.m[0][0], &a.m[0][0] + 16, &b.m[0][0]);
+}
+
 // The help page of a topic, with a text of its own, for the time of a scope.
 class HelpPage
 {
@@ -86,10 +93,13 @@ private slots:
 
     void start_isMoveModeAndAxialPlane();
     void resetView_showsTheFirstObjectAtItsFirstZ();
-    void resetView_onEmptyContoursOrMeshes_staysFinite();
+    void resetView_onEmptyContours_staysFinite();
+    void resetView_onContoursWithoutALevel_keepsThePlane();
+    void resetView_onAMeshAlone_staysFinite();
     void heldKey_isATemporaryMode();
     void shiftedKey_setsTheBaseMode();
     void baseModeOfTheTemporaryMode_isRefused();
+    void presentBaseMode_isRefusedDuringATemporaryMode();
     void repeatedReleases_endNoTemporaryMode();
     void baseMode_isAnnouncedBeforeItIsEntered();
     void modes_haveCursorsAndHelpTopics();
@@ -113,6 +123,7 @@ private slots:
     void moveMiddleDrag_stepsEveryTwelvePixels();
     void moveMiddleDrag_shiftsAnObliquePlane();
     void moveRightDrag_turnsCameraOrPlane();
+    void moveRightDrag_withoutMovement_leavesThePlaneAxial();
     void moveDoubleClicks();
     void shiftDoubleClick_turnsThePlaneFromAxisToAxis();
     void zoomClicks_keepThePointThatWasClicked();
@@ -180,7 +191,7 @@ void ViewCameraEventsTest::resetView_showsTheFirstObjectAtItsFirstZ()
     QCOMPARE(scene->state().workingPlane, (Plane{0, 0, 1, -1}));
 }
 
-void ViewCameraEventsTest::resetView_onEmptyContoursOrMeshes_staysFinite()
+void ViewCameraEventsTest::resetView_onEmptyContours_staysFinite()
 {
     ImageComposition composition;
     SlicedContoursObject empty("empty");
@@ -194,6 +205,42 @@ void ViewCameraEventsTest::resetView_onEmptyContoursOrMeshes_staysFinite()
     QVERIFY(view.state().animatingView);
     QCOMPARE(view.state().targetViewMatrix.m[0][0], 1.0);
     QCOMPARE(view.state().targetViewMatrix.m[0][3], 0.0);
+}
+
+void ViewCameraEventsTest::resetView_onContoursWithoutALevel_keepsThePlane()
+{
+    for (const float z : {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity()}) {
+        SlicedContoursObject nowhere("nowhere");
+        ViewScene::line(nowhere.newFragment("astray"), z, {{5, 5}, {15, 25}});
+        QVERIFY(nowhere.hasContent());
+        ImageComposition composition;
+        composition.addImageObject(&nowhere);
+        QStackedSliceView view(nullptr, &composition);
+        view.setWorkingZ(3.0f);
+        view.resetView();
+        QCOMPARE(view.state().workingZ, 3.0f);
+        QCOMPARE(view.state().workingPlane, (Plane{0, 0, 1, -3}));
+        QCOMPARE(view.state().cursorWorld[2], 3.0);
+    }
+}
+
+// A mesh has no extent.
+void ViewCameraEventsTest::resetView_onAMeshAlone_staysFinite()
+{
+    ViewScene::line(scene->bone, 1.0f, {{5, 5}, {15, 25}});
+    ViewScene::line(scene->bone, 3.0f, {{5, 6}, {15, 26}});
+    SlicedContoursTriangulator mesh(scene->contours.get());
+    QCOMPARE(mesh.extentX(), 0.0f);
+    ImageComposition composition;
+    composition.addImageObject(&mesh);
+    QStackedSliceView view(nullptr, &composition);
+    view.resize(ViewScene::size, ViewScene::size);
+    view.resetView();
+    QVERIFY(isEqual(view.state().viewMatrix, Matrix4::identity()));
+    view.translateView(40.0, 0.0);
+    view.fitView(); // back
+    QVERIFY(QTest::qWaitFor([&] { return !view.state().animatingView; }));
+    QVERIFY(isEqual(view.state().viewMatrix, Matrix4::identity()));
 }
 
 void ViewCameraEventsTest::heldKey_isATemporaryMode()
@@ -260,6 +307,22 @@ void ViewCameraEventsTest::baseModeOfTheTemporaryMode_isRefused()
     QCOMPARE(scene->state().interactMode, InteractMode::Zoom);
     scene->view->setInteractBaseModeDraw();
     QCOMPARE(scene->state().interactMode, InteractMode::Draw);
+}
+
+void ViewCameraEventsTest::presentBaseMode_isRefusedDuringATemporaryMode()
+{
+    hand->keyDown("z");
+    QSignalSpy set(scene->view, &View::interactBaseModeMoveSet);
+    QSignalSpy entered(scene->view, &View::interactModeMoveEntered);
+    scene->view->setInteractBaseModeMove();
+    hand->keyDown("Shift_L");
+    hand->key("space");
+    hand->keyUp("Shift_L");
+    QCOMPARE(scene->state().interactMode, InteractMode::Zoom);
+    QCOMPARE(set.count(), 0);
+    QCOMPARE(entered.count(), 0);
+    hand->keyUp("z");
+    QCOMPARE(scene->state().interactMode, InteractMode::Move);
 }
 
 void ViewCameraEventsTest::repeatedReleases_endNoTemporaryMode()
@@ -593,6 +656,25 @@ void ViewCameraEventsTest::moveRightDrag_turnsCameraOrPlane()
     QVERIFY(isNear(scene->state().workingPlane.b, std::sin(0.3)));
     QVERIFY(isNear(scene->state().workingPlane.c, std::cos(0.3)));
     QVERIFY(isNear(scene->state().workingPlane.d, -1.0));
+}
+
+// Movements of parts of a pixel come as such events on fine screens.
+void ViewCameraEventsTest::moveRightDrag_withoutMovement_leavesThePlaneAxial()
+{
+    const auto drag = [this](const QPoint &position) {
+        QMouseEvent move(QEvent::MouseMove, position, scene->view->mapToGlobal(position), Qt::NoButton,
+                         Qt::RightButton, Qt::ShiftModifier);
+        QApplication::sendEvent(scene->view, &move);
+    };
+    QTest::mousePress(scene->view, Qt::RightButton, Qt::ShiftModifier, middle);
+    drag(middle);
+    QVERIFY(scene->state().workingPlaneAxial);
+    QCOMPARE(scene->state().workingZ, 1.0f);
+    QCOMPARE(scene->state().workingPlane, (Plane{0, 0, 1, -1}));
+    drag(middle + QPoint(1, 0));
+    QVERIFY(!scene->state().workingPlaneAxial);
+    QVERIFY(isNear(scene->state().workingPlane.a, std::sin(0.01)));
+    QTest::mouseRelease(scene->view, Qt::RightButton, Qt::ShiftModifier, middle);
 }
 
 void ViewCameraEventsTest::moveDoubleClicks()
