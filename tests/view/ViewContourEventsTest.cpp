@@ -36,6 +36,29 @@ public:
     float granularity() const override { return 0.25f; }
 };
 
+// Edge points at each quarter of a mm from (10, 10) to (14, 10), faint but for a strong one at x = 12.5.
+class EdgeRail : public FineObject
+{
+public:
+    EdgeRail()
+    {
+        for (int i = 0; i <= 16; ++i)
+            rail.emplace_back(10.0f + 0.25f * static_cast<float>(i), 10.0f, firstZ, i == 10 ? 2.0f : 0.0f);
+    }
+    EdgePointList *edgePointsAround(float x, float y, float z, float radius) override
+    {
+        auto found = std::make_unique<EdgePointList>();
+        for (EdgePoint &point : rail)
+            if (std::abs(point.x - x) <= radius && std::abs(point.y - y) <= radius &&
+                std::abs(point.z - z) <= radius)
+                found->append(&point);
+        return found.release();
+    }
+
+private:
+    std::vector<EdgePoint> rail;
+};
+
 } // namespace
 
 class ViewContourEventsTest : public QObject
@@ -61,11 +84,15 @@ private slots:
     void stepsOfGuess_areThoseOfTheAnalyzedObject();
     void trace_isAttractedByEnds();
     void traceWithAlt_isAttractedByContours();
+    void traceMoveWithAlt_isAttractedByContours();
     void traceGoingBack_takesPointsAway();
     void traceHighlight_isForTheActiveSegment();
     void traceRelease_replacesWhatLiesBetween();
     void traceRelease_asksBeforeMuchIsLost();
     void traceRelease_ofALongPiece_asksNothing();
+    void traceRelease_asksOnlyAboveSixteenSteps();
+    void traceRelease_ofAPieceFromFreeSpace_goesIntoTheLineAtItsEnd();
+    void traceRelease_ofAPieceThatItsStartRefuses_goesIntoTheLineAtItsEnd();
     void traceRelease_joinsTwoLinesThroughThePiece();
     void traceTwoHalves_closeALoop();
     void traceAtZ0_withATurnedCamera_staysOnOneLevel();
@@ -76,6 +103,7 @@ private slots:
     void guessWithoutGuide_walksStraightAlongTheEdge();
     void guessWithGuide_followsTheNeighbouringSlice();
     void guessNextToOneVertexOfTheGuide_isFinite();
+    void guessEnd_snapsWithinTwoMillimetres();
     void guess_extendsTheSegmentAtItsStart();
     void guessWhereNoEdgesAre_saysSo();
     void guess_paintsOnce();
@@ -346,6 +374,19 @@ void ViewContourEventsTest::traceWithAlt_isAttractedByContours()
     QCOMPARE(points(0), (QList<QPointF>{{10, 30}, {8, 20}, {9, 29}}));
 }
 
+void ViewContourEventsTest::traceMoveWithAlt_isAttractedByContours()
+{
+    ViewScene::line(scene->surface, firstZ, {{4, 30}, {10, 30}, {16, 30}});
+    traceMode();
+    moveTo(8, 20);
+    hand->press(Qt::RightButton);
+    hand->keyDown("Alt_L");
+    moveTo(9, 29); // two steps around include (10, 30)
+    hand->keyUp("Alt_L");
+    hand->release(Qt::RightButton);
+    QCOMPARE(points(0), (QList<QPointF>{{8, 20}, {10, 30}}));
+}
+
 void ViewContourEventsTest::traceGoingBack_takesPointsAway()
 {
     traceMode();
@@ -411,6 +452,50 @@ void ViewContourEventsTest::traceRelease_ofALongPiece_asksNothing()
     draw({{5.25, 10.25}, {15, 18}, {25, 10.25}});
     QVERIFY2(driver.verify(), driver.report());
     QCOMPARE(points(0), (QList<QPointF>{{3, 10}, {5.25, 10.25}, {15, 18}, {25, 10.25}, {27, 10}}));
+}
+
+void ViewContourEventsTest::traceRelease_asksOnlyAboveSixteenSteps()
+{
+    FineObject fine; // 16 steps are 4 mm
+    scene->composition->addImageObject(&fine);
+    // A piece of 1 mm from the second to the last but one: 1 + 0.5 + 1 + 0.5 + 1 mm are lost.
+    ViewScene::line(scene->bone, firstZ, {{10, 10}, {10, 11}, {10, 11.5}, {11, 11.5}, {11, 11}, {11, 10}});
+    traceMode();
+    DialogDriver driver;
+    draw({{10, 11}, {11, 11}});
+    QVERIFY2(driver.verify(), driver.report());
+    QCOMPARE(points(0), (QList<QPointF>{{10, 10}, {10, 11}, {11, 11}, {11, 10}}));
+    // 1 + 0.625 + 1 + 0.625 + 1 mm.
+    ViewScene::line(scene->bone, firstZ,
+                    {{30, 10}, {30, 11}, {30, 11.625}, {31, 11.625}, {31, 11}, {31, 10}});
+    driver.expectBox(QMessageBox::Question, appName, "4.25 mm will be replaced.", QMessageBox::Cancel);
+    draw({{30, 11}, {31, 11}});
+    QVERIFY2(driver.verify(), driver.report());
+    QCOMPARE(points(1).size(), 6);
+}
+
+void ViewContourEventsTest::traceRelease_ofAPieceFromFreeSpace_goesIntoTheLineAtItsEnd()
+{
+    ViewScene::line(scene->bone, firstZ, {{5, 10}, {7, 10}, {9, 10}, {11, 10}, {13, 10}});
+    traceMode();
+    draw({{11, 20}, {9.25, 10.25}}); // leaves (9, 10) on the side of (11, 10)
+    QCOMPARE(scene->bone->segmentCount(), 1);
+    QCOMPARE(points(0), (QList<QPointF>{{5, 10}, {7, 10}, {9, 10}, {9.25, 10.25}, {11, 20}}));
+}
+
+void ViewContourEventsTest::traceRelease_ofAPieceThatItsStartRefuses_goesIntoTheLineAtItsEnd()
+{
+    SlicedContoursSegment *start = ViewScene::line(scene->bone, firstZ, {{4, 10}, {10, 10}, {16, 10}});
+    ViewScene::line(scene->bone, firstZ, {{5, 30}, {7, 30}, {9, 30}, {11, 30}, {13, 30}});
+    traceMode();
+    moveTo(11.25, 11.25); // in the box of 1.5 mm around (10, 10), but 1.77 mm away
+    hand->press(Qt::RightButton);
+    QCOMPARE(scene->state().anchorSegment.data(), start);
+    moveTo(9.25, 29.75);
+    hand->release(Qt::RightButton);
+    QCOMPARE(scene->bone->segmentCount(), 2);
+    QCOMPARE(points(0), (QList<QPointF>{{4, 10}, {10, 10}, {16, 10}}));
+    QCOMPARE(points(1), (QList<QPointF>{{5, 30}, {7, 30}, {9, 30}, {9.25, 29.75}, {11.25, 11.25}}));
 }
 
 void ViewContourEventsTest::traceRelease_joinsTwoLinesThroughThePiece()
@@ -568,6 +653,20 @@ void ViewContourEventsTest::guessNextToOneVertexOfTheGuide_isFinite()
     QCOMPARE(scene->bone->segmentCount(), 2);
     for (const QPointF &point : points(1))
         QVERIFY(std::isfinite(point.x()) && std::isfinite(point.y()) && std::abs(point.x() - 20.0) < 0.1);
+}
+
+void ViewContourEventsTest::guessEnd_snapsWithinTwoMillimetres()
+{
+    EdgeRail rail; // steps of 0.25 mm, which do not count here
+    scene->composition->addImageObject(&rail);
+    scene->composition->setData(scene->composition->index(3, ImageComposition::AnalyzeColumn), true);
+    scene->view->setInteractBaseModeGuess();
+    moveTo(10, 10);
+    hand->click(Qt::LeftButton);
+    moveTo(11, 10); // 1.5 mm from the strong point
+    hand->click(Qt::RightButton);
+    QCOMPARE(scene->bone->segmentCount(), 1);
+    QCOMPARE(points(0), (QList<QPointF>{{10, 10}, {12.5, 10}}));
 }
 
 void ViewContourEventsTest::guess_extendsTheSegmentAtItsStart()
