@@ -17,11 +17,13 @@ void throwOutOfMemory()
 
 void *allocateZeroed(std::uint64_t count, std::size_t valueSize)
 {
+    if (count == 0)
+        return nullptr;
     constexpr std::uint64_t mostBytes = std::numeric_limits<std::ptrdiff_t>::max();
     if (count > mostBytes / valueSize)
         throwOutOfMemory();
     void *voxels = std::calloc(static_cast<std::size_t>(count), valueSize);
-    if (voxels == nullptr && count != 0)
+    if (voxels == nullptr)
         throwOutOfMemory();
     return voxels;
 }

@@ -179,7 +179,21 @@ TYPED_TEST(ImageGeometry, downsampleByMoreThanTheSizeGivesAnEmptyImage)
     image.downsample(5, 1, std::numeric_limits<int>::max(), 1);
     EXPECT_EQ(shapeOf(image), (Shape{0, 4, 0, 1, 1}));
     EXPECT_EQ(image.getValueCount(), 0u);
+    EXPECT_EQ(image.getData(), nullptr);
     EXPECT_EQ(image.getMaximum(), 0.0f);
+    EXPECT_EQ(out.str(), "Warning: Image will be cropped!\n");
+
+    // Empty for what follows as well.
+    image.setVerbose(1);
+    const float identity[1] = {1.0f};
+    EXPECT_EQ(std::unique_ptr<Image>(image.resample(2, 2, 2, 1, 0, true)), nullptr);
+    EXPECT_EQ(std::unique_ptr<Image>(image.computeFilteredImage3D(0, identity, 1, nullptr, 0)), nullptr);
+    image.resample(2, 2, 2, 1, 0, false);
+    image.downsample(1, 2, 1, 1);
+    image.scaleToPowerOfTwo(0);
+    image.rotate(0);
+    EXPECT_EQ(shapeOf(image), (Shape{0, 4, 0, 1, 1}));
+    EXPECT_EQ(out.str(), "Warning: Image will be cropped!\n");
 }
 
 // --- rotate ---

@@ -11,8 +11,9 @@ namespace MERV {
 inline constexpr std::size_t voxelAlignment = 16;
 static_assert(alignof(std::max_align_t) >= voxelAlignment, "std::calloc must align for vector loads");
 
-// count zeroed values of valueSize bytes; fresh pages come zeroed from the system and are not touched. At
-// exhausted memory, or a size that cannot be addressed, reports on standard output and throws Exception.
+// count zeroed values of valueSize bytes, null for none; fresh pages come zeroed from the system and are not
+// touched. At exhausted memory, or a size that cannot be addressed, reports on standard output and throws
+// Exception.
 void *allocateZeroed(std::uint64_t count, std::size_t valueSize);
 
 // Reports exhausted memory on standard output and throws Exception.
