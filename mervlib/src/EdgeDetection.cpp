@@ -78,35 +78,37 @@ PlaneGradient gradientOf(const Plane &plane)
     return gradient;
 }
 
-// The larger magnitude of the two neighbours that a place is compared with. The gradient's x component
-// answers to change along y, so an edge along an axis is compared with its own continuation and keeps its
-// full width; this is the detector's behaviour.
-float rivalMagnitude(const Plane &magnitude, std::size_t x, std::size_t y, float gx, float gy)
+// Whether a place lies below one of the two neighbours that it is compared with, whatever the other. The
+// gradient's x component answers to change along y, so an edge along an axis is compared with its own
+// continuation and keeps its full width; this is the detector's behaviour.
+bool isBelowARival(const PlaneGradient &gradient, std::size_t x, std::size_t y)
 {
     constexpr double pi = 3.14159265358979;
-    double angle = std::atan2(static_cast<double>(gy), static_cast<double>(gx)) * 180.0 / pi;
+    const Plane &magnitude = gradient.magnitude;
+    const auto belowOneOf = [value = magnitude.at(x, y)](float first, float second) {
+        return value < first || value < second;
+    };
+    const auto gx = static_cast<double>(gradient.x.at(x, y));
+    const auto gy = static_cast<double>(gradient.y.at(x, y));
+    double angle = std::atan2(gy, gx) * 180.0 / pi;
     if (angle < 0.0)
         angle += 180.0;
     if (angle < 22.5 || angle >= 157.5)
-        return std::max(magnitude.at(x - 1, y), magnitude.at(x + 1, y));
+        return belowOneOf(magnitude.at(x - 1, y), magnitude.at(x + 1, y));
     if (angle < 67.5)
-        return std::max(magnitude.at(x - 1, y - 1), magnitude.at(x + 1, y + 1));
+        return belowOneOf(magnitude.at(x - 1, y - 1), magnitude.at(x + 1, y + 1));
     if (angle < 112.5)
-        return std::max(magnitude.at(x, y - 1), magnitude.at(x, y + 1));
-    return std::max(magnitude.at(x + 1, y - 1), magnitude.at(x - 1, y + 1));
+        return belowOneOf(magnitude.at(x, y - 1), magnitude.at(x, y + 1));
+    return belowOneOf(magnitude.at(x + 1, y - 1), magnitude.at(x - 1, y + 1));
 }
 
 Plane suppressed(const PlaneGradient &gradient)
 {
     Plane result = gradient.magnitude;
-    for (std::size_t y = 1; y + 1 < result.height; ++y) {
-        for (std::size_t x = 1; x + 1 < result.width; ++x) {
-            const float rival =
-                rivalMagnitude(gradient.magnitude, x, y, gradient.x.at(x, y), gradient.y.at(x, y));
-            if (gradient.magnitude.at(x, y) < rival)
+    for (std::size_t y = 1; y + 1 < result.height; ++y)
+        for (std::size_t x = 1; x + 1 < result.width; ++x)
+            if (isBelowARival(gradient, x, y))
                 result.values[y * result.width + x] = 0.0f;
-        }
-    }
     return result;
 }
 

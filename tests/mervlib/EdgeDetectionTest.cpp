@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -267,6 +268,27 @@ TEST(EdgeDetection2D, straightStepIsTwoPixelsWide)
     ImagePtr edges(MERV::detectEdges2D(image.get(), 10.0f));
     for (int x = 0; x < 8; ++x)
         EXPECT_EQ(edges->getVoxel(x, 4, 0, 0, 0), x == 3 || x == 4 ? 255.0f : 0.0f) << x;
+}
+
+// Rows 0 and 1 are 0, the others 100 + 10 x. At (2,2) gx = -480 / 9 and gy = -60 / 9: a magnitude of 53.7 and
+// an angle of 7 degrees. Of its pair (3,2) has gx = -520 / 9 and gy = -60 / 9, which is 58.2, and (1,2) is no
+// number once (0,2) is none.
+TEST(EdgeDetection2D, eachOfThePairSuppressesWhateverTheOther)
+{
+    for (const bool mirrored : {false, true}) {
+        ImagePtr image = newImage(MERV::TypeFloat, {5, 5, 1});
+        const auto set = [&](float value, int x, int y) {
+            image->setVoxel(value, mirrored ? 4 - x : x, y, 0, 0, 0);
+        };
+        for (int y = 2; y < 5; ++y)
+            for (int x = 0; x < 5; ++x)
+                set(static_cast<float>(100 + 10 * x), x, y);
+        ImagePtr edges(MERV::detectEdges2D(image.get(), 10.0f));
+        EXPECT_EQ(edges->getVoxel(2, 2, 0, 0, 0), 0.0f);
+        set(std::numeric_limits<float>::quiet_NaN(), 0, 2);
+        edges.reset(MERV::detectEdges2D(image.get(), 10.0f));
+        EXPECT_EQ(edges->getVoxel(2, 2, 0, 0, 0), 0.0f);
+    }
 }
 
 TEST(EdgeDetection2D, resultHasSpacingOfXAndYOnly)
