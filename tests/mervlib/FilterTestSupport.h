@@ -118,11 +118,7 @@ struct Range
         if (value > high)
             high = value;
     }
-    void setWindow(Image &image, int channel) const
-    {
-        if (low <= high)
-            image.setWindowRange(low, high, channel);
-    }
+    void setWindow(Image &image, int channel) const { image.setWindowRange(low, high, channel); }
 };
 
 } // namespace FilterTest

@@ -434,6 +434,23 @@ TEST(ImageBaseFilter2D, windowIsTheRangeBeforeConversionWithTheBorderZeros)
     EXPECT_EQ(result->getHigh(0), 7.5f);
 }
 
+// No number moves the range from where it starts.
+TEST(ImageBaseFilter2D, windowOfNothingButNaNIsTheStartOfTheRange)
+{
+    ImagePtr source = newImage(MERV::TypeFloat, {2, 1, 1});
+    fill(*source, std::vector<float>(2, std::numeric_limits<float>::quiet_NaN()));
+    const float identity[1] = {1.0f};
+    for (bool solid : {false, true}) {
+        ImagePtr result(solid ? source->computeFilteredImage3D(0, identity, 1, nullptr, 0)
+                              : source->computeFilteredImage2D(0, identity, 1, nullptr, 0));
+        ASSERT_TRUE(result);
+        EXPECT_EQ(result->getLow(0), 1e16f);
+        EXPECT_EQ(result->getHigh(0), -1e16f);
+        EXPECT_EQ(result->getWindow(0), -2e16f);
+        EXPECT_EQ(result->getLevel(0), 0.0f);
+    }
+}
+
 TEST(ImageBaseFilter2D, channelThatDoesNotExistReadsOnlyInsideTheBuffer)
 {
     ImagePtr source = newImage(MERV::TypeShort, {4, 4, 2});

@@ -90,12 +90,6 @@ private:
     std::unique_ptr<Image> made;
 };
 
-inline void setWindow(Image &image, const ValueRange &range, int channel)
-{
-    if (!range.empty())
-        image.setWindowRange(range.low, range.high, channel);
-}
-
 // Writes the rows of several components as the interleaved channels of one row.
 class InterleavedWriter
 {
@@ -242,7 +236,7 @@ Image *ImageBase<T>::computeFilteredImage2D(int dataType, const float *filter, i
                                  });
     }
     target->extendBorder(half);
-    detail::setWindow(*target, range, 0);
+    target->setWindowRange(range.low, range.high, 0);
     return target.handOut();
 }
 
@@ -275,7 +269,7 @@ Image *ImageBase<T>::computeFilteredImage3D(int dataType, const float *filter, i
                                      static_cast<std::uint64_t>(places.stepX), rows[0]);
                              });
     target->getVoxel(getWidth() - 1, getHeight() - 1, getDepth() - 1, 0, 0); // leaves the cursor behind it
-    detail::setWindow(*target, range, 0);
+    target->setWindowRange(range.low, range.high, 0);
     return target.handOut();
 }
 
@@ -347,8 +341,8 @@ Image *ImageBase<T>::computeGradient(int dataType, const float *filter, bool kee
                                      writer.write(rows);
                                  });
     }
-    detail::setWindow(*target, range, 0);
-    detail::setWindow(*target, range, 1);
+    target->setWindowRange(range.low, range.high, 0);
+    target->setWindowRange(range.low, range.high, 1);
     return target.handOut();
 }
 
@@ -387,7 +381,7 @@ Image *ImageBase<T>::computeHessian(int dataType, const float *filter, Image *ou
                                  });
     }
     for (std::size_t c = 0; c < ranges.size(); ++c)
-        detail::setWindow(*target, ranges[c], static_cast<int>(c));
+        target->setWindowRange(ranges[c].low, ranges[c].high, static_cast<int>(c));
     return target.handOut();
 }
 
@@ -415,7 +409,7 @@ Image *ImageBase<T>::compute3DGradientMagnitude(int dataType, const float *filte
                                                  writer.write(magnitude);
                                              });
     }
-    detail::setWindow(*target, range, 0);
+    target->setWindowRange(range.low, range.high, 0);
     return target.handOut();
 }
 
@@ -447,7 +441,7 @@ Image *ImageBase<T>::compute3DGradient(int dataType, const float *filter, bool k
                                              });
     }
     for (int channel = 0; channel < 3; ++channel)
-        detail::setWindow(*target, range, channel);
+        target->setWindowRange(range.low, range.high, channel);
     if (withMagnitudeChannel)
         target->setWindowRange(0.0f, getHigh(0), 3);
     return target.handOut();

@@ -120,7 +120,7 @@ void forEachKernelRow(std::span<const T> values, const KernelGrid &grid,
     }
 }
 
-// Smallest and largest of all values seen; NaN is passed over.
+// Smallest and largest of all values seen; NaN is passed over, and without a number it stays as it starts.
 struct ValueRange
 {
     float low = 1e16f;
@@ -136,7 +136,6 @@ struct ValueRange
         for (float value : values)
             include(value);
     }
-    bool empty() const { return low > high; }
 };
 
 } // namespace MERV::detail
