@@ -223,6 +223,30 @@ TEST(ImageBaseFilter2D, evenWindowSizeIsRefused)
     }
 }
 
+// Of a type that does not exist no output can be made, so that the window size is not looked at any more.
+TEST(ImageBaseFilter2D, outputIsMadeBeforeTheWindowSizeIsLookedAt)
+{
+    ImagePtr source = newImage(MERV::TypeShort, {8, 8, 1});
+    const std::vector<float> kernel = someKernel(4, 2);
+    CapturedText output;
+    EXPECT_EQ(source->computeFilteredImage2D(5128, kernel.data(), 4, nullptr, 0), nullptr);
+    EXPECT_EQ(source->computeFilteredImage2D(5128, nullptr, 4, nullptr, 0), nullptr);
+    EXPECT_EQ(output.text(), "");
+}
+
+// 2^60 bytes, which as doubles would be 2^63; of the source only the shape is read.
+TEST(ImageBaseFilter2D, outputThatFitsNoMemoryThrowsBeforeTheWindowSizeIsLookedAt)
+{
+    ImageBase<char> source;
+    source.setBufferExternal();
+    source.setDimensions(1 << 30, 1 << 30, 1, 1, 1);
+    const std::vector<float> kernel = someKernel(4, 2);
+    CapturedText output;
+    EXPECT_THROW(source.computeFilteredImage2D(MERV::TypeDouble, kernel.data(), 4, nullptr, 0),
+                 MERV::Exception);
+    EXPECT_EQ(output.text(), "Common >> Error while initializing!\n");
+}
+
 TEST(ImageBaseFilter2D, missingFilterIsReportedBeforeEvenWindowSize)
 {
     ImagePtr source = newImage(MERV::TypeShort, {8, 8, 1});
