@@ -357,6 +357,26 @@ TEST(ResampleMemory, twoDimensionalScalingThatRunsOutOfMemoryStaysVerbose)
     EXPECT_EQ(out.str(), "Common >> Error while initializing!\nRotated image around axis 0\n");
 }
 
+TYPED_TEST(Resample, twoDimensionalScalingSwitchesTheKindWithoutAWord)
+{
+    for (const int kind : {1, 3, 6}) {
+        ImageBase<TypeParam> image = scatteredImage<TypeParam>({5, 3, 1, 1, 1});
+        image.setVerbose(1);
+        CapturedStream out(std::cout);
+        CapturedStream err(std::cerr);
+        image.scaleToPowerOfTwo2D(kind);
+        EXPECT_EQ(out.str(), "") << kind;
+        EXPECT_EQ(err.str(), "") << kind;
+
+        ImageBase<TypeParam> resampled = scatteredImage<TypeParam>({5, 3, 1, 1, 1});
+        resampled.resample(8, 4, kind);
+        EXPECT_EQ(err.str(), kind == 6 ? noFrames : noSlices);
+        EXPECT_EQ(shapeOf(image), (Shape{8, 4, 1, 1, 1}));
+        EXPECT_EQ(valuesOf(image), valuesOf(resampled)) << kind;
+        EXPECT_EQ(image.getSpacing(0), resampled.getSpacing(0));
+    }
+}
+
 TYPED_TEST(Resample, twoDimensionalScalingKeepsTheDepthAndIsSilent)
 {
     ImageBase<TypeParam> image = scatteredImage<TypeParam>({5, 3, 3, 1, 1});

@@ -341,6 +341,10 @@ private:
     void resampleTricubic(const detail::ResampledGrid &grid, T *out) const;
     void resampleBilinearCubic(const detail::ResampledGrid &grid, T *out) const;
     void resampleInto(const detail::ResampledGrid &grid, int interpolation, T *out) const;
+    // An image with voxels and spacing, but no range yet.
+    std::unique_ptr<ImageBase<T>> resampled(int width, int height, int depth, int frames,
+                                            int interpolation) const;
+    void takeGrid(ImageBase<T> &other); // shape, spacing and voxels, which the other one loses
     void turnFrame(int number, const T *from, T *to) const;
     bool mirrorIsVoid(const std::array<bool, 5> &flags) const;
 

@@ -305,16 +305,16 @@ void ImageBase<T>::resampleInto(const detail::ResampledGrid &grid, int interpola
 namespace detail {
 
 // The kind that takes the place of one that needs more slices or frames than asked for.
-inline int possibleInterpolation(int interpolation, int depth, int frames)
+inline int possibleInterpolation(int interpolation, int depth, int frames, std::ostream &warnings)
 {
     if (depth < 2 && (interpolation == 1 || interpolation == 3)) {
-        std::cerr << "Warning: TriLinear/Tricubic Interpolation requested, but only one dimension of slices "
-                     "found.\nSwitching to BiLinear Interpolation\n";
+        warnings << "Warning: TriLinear/Tricubic Interpolation requested, but only one dimension of slices "
+                    "found.\nSwitching to BiLinear Interpolation\n";
         interpolation = 5;
     }
     if (frames <= 1 && interpolation == 6) {
-        std::cerr << "Warning: QuadriLinear Interpolation requested, but only one dimension of time "
-                     "found.\nSwitching to TriLinear Interpolation\n";
+        warnings << "Warning: QuadriLinear Interpolation requested, but only one dimension of time "
+                    "found.\nSwitching to TriLinear Interpolation\n";
         interpolation = 1;
     }
     return interpolation;
@@ -334,9 +334,23 @@ Image *ImageBase<T>::resample(int width, int height, int depth, int frames, int 
 {
     if (width < 1 || height < 1 || depth < 1 || frames < 1)
         return nullptr;
-    interpolation = detail::possibleInterpolation(interpolation, depth, frames);
+    interpolation = detail::possibleInterpolation(interpolation, depth, frames, std::cerr);
     if (data == nullptr)
         return nullptr;
+    std::unique_ptr<ImageBase<T>> result = resampled(width, height, depth, frames, interpolation);
+    if (intoNewImage) {
+        result->computeMinMax();
+        return result.release();
+    }
+    takeGrid(*result);
+    reportSize("Image resampled, new size ");
+    return nullptr;
+}
+
+template <class T>
+std::unique_ptr<ImageBase<T>> ImageBase<T>::resampled(int width, int height, int depth, int frames,
+                                                      int interpolation) const
+{
     // At the old size every coordinate is an index, and clamping would blend the last voxels of each axis.
     const bool clamps =
         width != getWidth() || height != getHeight() || depth != getDepth() || frames != getFrames();
@@ -345,22 +359,21 @@ Image *ImageBase<T>::resample(int width, int height, int depth, int frames, int 
                                      {axis(2), depth, clamps},
                                      {axis(3), frames, clamps},
                                      getChannels()};
-    const std::array<float, 4> scaled{grid.x.step * spacing[1], grid.y.step * spacing[2],
-                                      grid.z.step * spacing[3], grid.t.step * spacing[4]};
     auto result = std::make_unique<ImageBase<T>>();
     result->setDimensions(width, height, depth, frames, getChannels());
+    result->setSpacing(grid.x.step * spacing[1], grid.y.step * spacing[2], grid.z.step * spacing[3],
+                       grid.t.step * spacing[4]);
     resampleInto(grid, interpolation, result->data);
-    if (intoNewImage) {
-        result->setSpacing(scaled[0], scaled[1], scaled[2], scaled[3]);
-        result->computeMinMax();
-        return result.release();
-    }
-    changeDimensions(width, height, depth, frames, getChannels());
-    setSpacing(scaled[0], scaled[1], scaled[2], scaled[3]);
-    adopt(std::move(result->owned));
+    return result;
+}
+
+template <class T>
+void ImageBase<T>::takeGrid(ImageBase<T> &other)
+{
+    copyShape(other);
+    spacing = other.spacing;
+    adopt(std::move(other.owned));
     computeMinMax();
-    reportSize("Image resampled, new size ");
-    return nullptr;
 }
 
 namespace detail {
@@ -371,23 +384,6 @@ inline int powerOfTwoExtent(int extent)
     return extent > 1 && extent <= (1 << 30) ? static_cast<int>(std::bit_ceil(static_cast<unsigned>(extent)))
                                              : extent;
 }
-
-// Keeps an image from reporting as long as it lives.
-class Quiet
-{
-public:
-    explicit Quiet(std::int32_t &verboseFlag)
-        : flag(verboseFlag)
-        , before(std::exchange(verboseFlag, 0))
-    {}
-    ~Quiet() { flag = before; }
-    Quiet(const Quiet &) = delete;
-    Quiet &operator=(const Quiet &) = delete;
-
-private:
-    std::int32_t &flag;
-    std::int32_t before;
-};
 
 } // namespace detail
 
@@ -410,10 +406,11 @@ void ImageBase<T>::scaleToPowerOfTwo2D(int interpolation)
 {
     const int width = detail::powerOfTwoExtent(getWidth());
     const int height = detail::powerOfTwoExtent(getHeight());
-    if (data == nullptr || (width == getWidth() && height == getHeight()))
+    if (data == nullptr || valueCount == 0 || (width == getWidth() && height == getHeight()))
         return;
-    const detail::Quiet quiet(verbose);
-    resample(width, height, interpolation);
+    std::ostream nowhere(nullptr);
+    const int kind = detail::possibleInterpolation(interpolation, getDepth(), getFrames(), nowhere);
+    takeGrid(*resampled(width, height, getDepth(), getFrames(), kind));
 }
 
 // --- quarter turns ---
