@@ -77,6 +77,46 @@ TEST_F(LyingHeaders, metaImage)
     }
 }
 
+// What the file holds indeed may be one voxel in each of many slices or channels: they must not need memory
+// of their own beside the voxels.
+TEST_F(LyingHeaders, honestMetaImageOfManySlicesOrChannels)
+{
+    constexpr int many = 20'000'000;
+    writeFile(folder / "v.raw", "a");
+    std::filesystem::resize_file(folder / "v.raw", many);
+    const std::string count = std::to_string(many);
+    for (const std::string &sizes :
+         {"DimSize = 1 1 " + count, "ElementNumberOfChannels = " + count + "\nDimSize = 1 1 1"}) {
+        writeFile(folder / "v.mhd",
+                  "NDims = 3\n" + sizes + "\nElementType = MET_UCHAR\nElementDataFile = v.raw\n");
+        const CapturedText output;
+        const MemoryLimit limit(allowance);
+        ASSERT_TRUE(limit.isSet);
+        const ImagePointer image(loadMetaImage((folder / "v.mhd").c_str()));
+        ASSERT_NE(image, nullptr) << sizes;
+        EXPECT_EQ(image->getDepth() * image->getChannels(), many);
+        EXPECT_EQ(image->getSliceMetaData(image->getDepth() - 1, "n"), "");
+        EXPECT_EQ(image->getHigh(image->getChannels() - 1), 97.0f); // the letter
+        EXPECT_EQ(image->getLow(image->getChannels() - 1), 0.0f);
+    }
+}
+
+TEST_F(LyingHeaders, honestVisOfManySlices)
+{
+    constexpr int many = 20'000'000;
+    Bytes bytes(512);
+    bytes.u32(0, 0x075BCD15).u32(4, many).u32(12, 1).u32(16, 1).u32(20, 1).u32(24, many);
+    bytes.u32(28, 1).u32(32, 1).u32(52, 1);
+    writeFile(folder / "v.vis", bytes.str());
+    std::filesystem::resize_file(folder / "v.vis", 512 + many);
+    const MemoryLimit limit(allowance);
+    ASSERT_TRUE(limit.isSet);
+    std::ifstream stream(folder / "v.vis", std::ios::binary);
+    const ImagePointer image(loadVis(stream));
+    ASSERT_NE(image, nullptr);
+    EXPECT_EQ(image->getDepth(), many);
+}
+
 TEST_F(LyingHeaders, analyze)
 {
     Bytes bytes(348);

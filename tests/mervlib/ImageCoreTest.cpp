@@ -262,6 +262,18 @@ TYPED_TEST(ImageCore, windowsOfEachChannel)
         EXPECT_EQ(image.getLow(channel), 0.0f);
         EXPECT_EQ(image.getHigh(channel), 0.0f);
     }
+    image.setVoxel(7, 0, 0, 0, 0, 1);
+    image.computeMinMax();
+    for (const int channel : {0, 1}) {
+        EXPECT_EQ(image.getWindow(channel), 7.0f);
+        EXPECT_EQ(image.getLevel(channel), 3.5f);
+    }
+    image.setWindowRange(1, 2, 1);
+    EXPECT_EQ(image.getHigh(0), 7.0f);
+    image.setDimensions(1, 1, 1, 1, 2); // forgets them, as every change of dimensions
+    for (const int channel : {0, 1}) {
+        EXPECT_EQ(image.getHigh(channel), 0.0f);
+    }
 }
 
 TYPED_TEST(ImageCore, settingMinimumAndMaximumLeavesTheWindow)

@@ -1,6 +1,7 @@
 #include "tests/mervlib/ImageTestTools.h"
 #include "tests/support/Sanitized.h"
 
+#include <algorithm>
 #include <fstream>
 #include <limits>
 
@@ -178,6 +179,14 @@ TYPED_TEST(ImageMemory, cloneSlicesBeyondTheVolumeCopiesTheOverlap)
     EXPECT_TRUE(values(std::numeric_limits<int>::max(), std::numeric_limits<int>::min()).empty());
 }
 
+TYPED_TEST(ImageMemory, cloneSlicesOfADepthThatIsNoIntThrows)
+{
+    ImageBase<TypeParam> image = countingImage<TypeParam>({1, 1, 3, 1, 1});
+    CapturedStream out(std::cout);
+    EXPECT_THROW(image.cloneSlices(std::numeric_limits<int>::min(), 1), MERV::Exception);
+    EXPECT_EQ(out.str(), "Common >> Error while initializing!\n");
+}
+
 TYPED_TEST(ImageMemory, movingLeavesAnEmptyImage)
 {
     ImageBase<TypeParam> image = countingImage<TypeParam>({3, 2, 1, 1, 1});
@@ -346,7 +355,8 @@ TEST(ImageSizes, operationsInPlaceNeedTwiceTheVoxels)
         resetPeak();
         const std::uint64_t before = statusKilobytes("VmRSS");
         operation();
-        return statusKilobytes("VmHWM") - before;
+        // Memory that was freed before but kept by the process needs no growth, and is let go meanwhile.
+        return std::max(statusKilobytes("VmHWM"), before) - before;
     };
     const std::uint64_t limit = imageKilobytes + imageKilobytes / 8;
     EXPECT_LT(growth([&] { image.rotate(1); }), limit);

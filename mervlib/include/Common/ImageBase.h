@@ -9,8 +9,9 @@
 #include <cstdint>
 #include <iterator>
 #include <list>
+#include <map>
+#include <memory>
 #include <string>
-#include <vector>
 
 namespace MERV {
 
@@ -353,7 +354,10 @@ private:
     VoxelBuffer<T> owned; // what this object allocated itself; the only memory that it frees
     std::array<std::int32_t, 5> dimensions{};
     std::array<float, 5> spacing{0.0f, 1.0f, 1.0f, 1.0f, 1.0f};
-    std::vector<float> channelWindows; // window, level, low, high per channel
+    // Window, level, low, high: those of all channels, but for the channels that have their own. Like the
+    // metadata of the slices they take no memory for what was never set: files may have millions of either.
+    std::array<float, 4> commonWindow{};
+    std::map<int, std::array<float, 4>> channelWindows;
     float minimum = 0.0f;
     float maximum = 0.0f;
     std::int32_t verbose = 1;
@@ -368,7 +372,7 @@ private:
     std::array<std::uint64_t, 5> axisStrides{};
     Region region;
     MetaMap metaData;
-    std::vector<MetaMap> sliceMetaData;
+    std::map<int, MetaMap> sliceMetaData; // of the slices that have some
 };
 
 extern template class ImageBase<char>;

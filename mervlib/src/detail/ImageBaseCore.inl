@@ -10,8 +10,8 @@
 #include <fstream>
 #include <iostream>
 #include <limits>
+#include <map>
 #include <memory>
-#include <new>
 #include <stdexcept>
 #include <type_traits>
 
@@ -47,6 +47,7 @@ ImageBase<T>::ImageBase(ImageBase &&other) noexcept
     , owned(std::move(other.owned))
     , dimensions(std::exchange(other.dimensions, {}))
     , spacing(other.spacing)
+    , commonWindow(other.commonWindow)
     , channelWindows(std::exchange(other.channelWindows, {}))
     , minimum(other.minimum)
     , maximum(other.maximum)
@@ -83,15 +84,18 @@ Image *ImageBase<T>::cloneSlices(int first, int last) const
     copy->verbose = verbose;
     copy->metaData = metaData;
     constexpr std::int64_t deepest = std::numeric_limits<std::int32_t>::max();
-    const std::int64_t depth = std::clamp<std::int64_t>(std::int64_t(last) - first, 0, deepest);
+    const std::int64_t depth = std::max<std::int64_t>(std::int64_t(last) - first, 0);
+    if (depth > deepest)
+        throwOutOfMemory();
     copy->setDimensions(getWidth(), getHeight(), static_cast<int>(depth), getFrames(), getChannels());
 
     const std::int64_t from = std::max<std::int64_t>(first, 0);
     const std::int64_t to = std::min<std::int64_t>(last, getDepth());
     if (from >= to)
         return copy.release();
-    std::copy(sliceMetaData.begin() + from, sliceMetaData.begin() + to,
-              copy->sliceMetaData.begin() + (from - first));
+    const auto end = sliceMetaData.lower_bound(static_cast<int>(to));
+    for (auto entry = sliceMetaData.lower_bound(static_cast<int>(from)); entry != end; ++entry)
+        copy->sliceMetaData[entry->first - first] = entry->second;
     if (data == nullptr || copy->data == nullptr)
         return copy.release();
     // Only as many values as slices were asked for: of several frames the first alone is filled, on purpose.
@@ -166,12 +170,9 @@ void ImageBase<T>::changeDimensions(int width, int height, int depth, int frames
             throwOutOfMemory();
         strides[axis + 1] = strides[axis] * extent;
     }
-    try {
-        channelWindows.assign(4 * static_cast<std::size_t>(size[0]), 0.0f);
-        sliceMetaData.resize(static_cast<std::size_t>(size[3]));
-    } catch (const std::bad_alloc &) {
-        throwOutOfMemory();
-    }
+    commonWindow = {};
+    channelWindows.clear();
+    sliceMetaData.erase(sliceMetaData.lower_bound(size[3]), sliceMetaData.end());
     if (strides[5] != valueCount)
         freeBuffer();
     dimensions = size;
@@ -217,7 +218,6 @@ void ImageBase<T>::clear()
         allocate(valueCount);
     if (data != nullptr)
         std::fill_n(data, valueCount, T(0));
-    std::fill(channelWindows.begin(), channelWindows.end(), 0.0f);
     computeMinMax();
 }
 
@@ -369,15 +369,26 @@ bool ImageBase<T>::hasChannel(int channel) const
 template <class T>
 float ImageBase<T>::windowEntry(int channel, std::size_t entry) const
 {
-    return hasChannel(channel) ? channelWindows[4 * static_cast<std::size_t>(channel) + entry] : 0.0f;
+    if (!hasChannel(channel))
+        return 0.0f;
+    const auto own = channelWindows.find(channel);
+    return own == channelWindows.end() ? commonWindow[entry] : own->second[entry];
 }
+
+namespace detail {
+
+inline std::array<float, 4> windowOfRange(float low, float high)
+{
+    return {high - low, (low + high) / 2, low, high};
+}
+
+} // namespace detail
 
 template <class T>
 void ImageBase<T>::setWindowEntries(int channel, const std::array<float, 4> &entries)
 {
     if (hasChannel(channel))
-        std::copy(entries.begin(), entries.end(),
-                  channelWindows.begin() + 4 * static_cast<std::ptrdiff_t>(channel));
+        channelWindows[channel] = entries;
 }
 
 template <class T>
@@ -389,7 +400,7 @@ void ImageBase<T>::setWindowLevel(float window, float level, int channel)
 template <class T>
 void ImageBase<T>::setWindowRange(float low, float high, int channel)
 {
-    setWindowEntries(channel, {high - low, (low + high) / 2, low, high});
+    setWindowEntries(channel, detail::windowOfRange(low, high));
 }
 
 template <class T>
@@ -682,8 +693,8 @@ void ImageBase<T>::computeMinMax()
         const detail::VoxelRange<T> range = detail::valueRange(data, valueCount);
         setMinMax(static_cast<float>(range.low), static_cast<float>(range.high));
     }
-    for (int channel = 0; channel < getChannels(); ++channel)
-        setWindowRange(minimum, maximum, channel);
+    commonWindow = detail::windowOfRange(minimum, maximum);
+    channelWindows.clear();
 }
 
 // The accumulator is a float on purpose; the mean of an empty image is NaN.
@@ -802,6 +813,13 @@ inline std::string metaValue(const MetaMap &map, const std::string &key)
     return entry == map.end() ? std::string() : entry->second;
 }
 
+inline const MetaMap &mapOfSlice(const std::map<int, MetaMap> &maps, int slice)
+{
+    static const MetaMap none;
+    const auto entry = maps.find(slice);
+    return entry == maps.end() ? none : entry->second;
+}
+
 inline void listKeys(const MetaMap &map, std::list<std::string> &keys)
 {
     keys.clear();
@@ -810,9 +828,9 @@ inline void listKeys(const MetaMap &map, std::list<std::string> &keys)
 }
 
 // The line numbers are part of the text and do not follow this file.
-inline void checkSlice(int slice, std::size_t entries, int line)
+inline void checkSlice(int slice, int depth, int line)
 {
-    if (slice >= 0 && static_cast<std::size_t>(slice) < entries)
+    if (slice >= 0 && slice < depth)
         return;
     const std::string source = "mervlib/include/Common/ImageBase";
     throw Exception("Exception raised in " + source + " in line " + std::to_string(line));
@@ -841,22 +859,22 @@ void ImageBase<T>::getMetaDataKeys(std::list<std::string> &keys) const
 template <class T>
 void ImageBase<T>::setSliceMetaData(int slice, const std::string &key, const std::string &value)
 {
-    detail::checkSlice(slice, sliceMetaData.size(), 3567);
-    sliceMetaData[static_cast<std::size_t>(slice)][key] = value;
+    detail::checkSlice(slice, getDepth(), 3567);
+    sliceMetaData[slice][key] = value;
 }
 
 template <class T>
 std::string ImageBase<T>::getSliceMetaData(int slice, const std::string &key) const
 {
-    detail::checkSlice(slice, sliceMetaData.size(), 3584);
-    return detail::metaValue(sliceMetaData[static_cast<std::size_t>(slice)], key);
+    detail::checkSlice(slice, getDepth(), 3584);
+    return detail::metaValue(detail::mapOfSlice(sliceMetaData, slice), key);
 }
 
 template <class T>
 void ImageBase<T>::getSliceMetaDataKeys(int slice, std::list<std::string> &keys) const
 {
-    detail::checkSlice(slice, sliceMetaData.size(), 3599);
-    detail::listKeys(sliceMetaData[static_cast<std::size_t>(slice)], keys);
+    detail::checkSlice(slice, getDepth(), 3599);
+    detail::listKeys(detail::mapOfSlice(sliceMetaData, slice), keys);
 }
 
 } // namespace MERV
