@@ -20,29 +20,41 @@
 #include "serialization/formats/WindowsBitmapSerializer.h"
 #include "serialization/formats/WindowsBitmapUnserializer.h"
 
+namespace {
+
+// The one T of the process, which lives to its end: managers do not own what is registered with them.
+template <class T, class... Arguments>
+T *theOne(Arguments... arguments)
+{
+    static T *const one = new T(arguments...);
+    return one;
+}
+
+} // namespace
+
 // The order of these lines is the order in which the formats are offered and tried.
 void registerFormats(ImageManager &manager)
 {
-    manager.addSerializer(new VisSerializer);
-    manager.addSerializer(new SlicSerializer);
-    manager.addSerializer(new TextSlicSerializer);
-    manager.addSerializer(new TextSerializer);
-    manager.addSerializer(new EdgePointLister);
-    manager.addSerializer(new AnalyzeSerializer);
-    manager.addSerializer(new MhdSerializer);
-    manager.addSerializer(new WindowsBitmapSerializer);
+    manager.addSerializer(theOne<VisSerializer>());
+    manager.addSerializer(theOne<SlicSerializer>());
+    manager.addSerializer(theOne<TextSlicSerializer>());
+    manager.addSerializer(theOne<TextSerializer>());
+    manager.addSerializer(theOne<EdgePointLister>());
+    manager.addSerializer(theOne<AnalyzeSerializer>());
+    manager.addSerializer(theOne<MhdSerializer>());
+    manager.addSerializer(theOne<WindowsBitmapSerializer>());
 
-    manager.addUnserializer(new InteractiveDicomUnserializer);
-    manager.addUnserializer(new SlicUnserializer);
-    manager.addUnserializer(new DcmUnserializer);
-    manager.addUnserializer(new MhdUnserializer);
-    manager.addUnserializer(new AnalyzeUnserializer);
-    manager.addUnserializer(new VisUnserializer(&VoxelSizeDialog::ask));
-    manager.addUnserializer(new WindowsBitmapUnserializer);
+    manager.addUnserializer(theOne<InteractiveDicomUnserializer>());
+    manager.addUnserializer(theOne<SlicUnserializer>());
+    manager.addUnserializer(theOne<DcmUnserializer>());
+    manager.addUnserializer(theOne<MhdUnserializer>());
+    manager.addUnserializer(theOne<AnalyzeUnserializer>());
+    manager.addUnserializer(theOne<VisUnserializer>(&VoxelSizeDialog::ask));
+    manager.addUnserializer(theOne<WindowsBitmapUnserializer>());
 
-    manager.addIconProvider(new DefaultQIconProvider);
+    manager.addIconProvider(theOne<DefaultQIconProvider>());
     manager.setMetricsModelFactory([&manager](ImageObject *object) -> QAbstractItemModel * {
-        auto *model = new SlicedMetricsModel(object);
+        auto *model = new SlicedMetricsModel(object, &manager); // stays after the saving, on purpose
         manager.addClosingListener(model, [model](ImageObject *closing) { model->detachFrom(closing); });
         return model;
     });

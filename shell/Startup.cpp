@@ -27,8 +27,8 @@ constexpr int pauseMilliseconds = 300; // long enough to read each message of th
 // is installed first, so that the program's own texts are searched first.
 void installLanguage(const Language &language)
 {
-    auto *application = new QTranslator;
-    auto *toolkit = new QTranslator;
+    static auto *const application = new QTranslator;
+    static auto *const toolkit = new QTranslator;
     const QString folder = QCoreApplication::applicationDirPath();
     const bool loaded[] = {application->load(language.applicationFile, folder),
                            toolkit->load(language.toolkitFile, folder)};
