@@ -17,6 +17,14 @@ namespace {
 constexpr int saveDirectoryIntervalMs = 10000;
 constexpr const char *directoryKey = "ImageManager/CurrentDirectory";
 
+// Images that outlive their manager stay within reach, and are not looked at again: a search for leaks at the
+// end of the process tells them from lost ones.
+void leaveToTheProcess(const QList<ImageObject *> &images)
+{
+    static auto &left = *new QList<ImageObject *>;
+    left += images;
+}
+
 } // namespace
 
 // Outside of any namespace, as the resource system wants it.
@@ -47,6 +55,7 @@ ImageManager::~ImageManager()
     settings.endGroup();
     saveCurrentDirectory();
     letGoOfOwnedImages();
+    leaveToTheProcess(images);
 }
 
 // Images of a DICOM folder are children of the manager and go with it, while others follow them and windows
