@@ -453,8 +453,9 @@ private slots:
 
     void savingThatFails()
     {
+        FailingSerializer failing;
         MainWindowScene scene;
-        scene.manager().addSerializer(new FailingSerializer);
+        scene.manager().addSerializer(&failing);
         scene.add(new TriMeshObject("mesh", nullptr));
         scene.select({0});
         driver->expect<QFileDialog>(
