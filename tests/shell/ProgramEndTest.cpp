@@ -89,7 +89,8 @@ private:
         for (QWidget *widget : QApplication::topLevelWidgets())
             if (auto *found = qobject_cast<MainWindow *>(widget))
                 window = found;
-        QVERIFY(window);
+        if (window == nullptr)
+            QFAIL("there is no main window");
         ImageManager &manager = *window->imageManager();
         mesh = new TriMeshObject("mesh", nullptr);
         addGrid(mesh->addFragment("base"));
