@@ -45,13 +45,14 @@ std::optional<std::size_t> awaitResult(int pipe, std::chrono::milliseconds limit
     const Clock::time_point end = Clock::now() + limit;
     while (true) {
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
-        if (left <= 0)
-            return std::nullopt;
+        const auto wait = std::clamp<std::chrono::milliseconds::rep>(left, 0, longestSilence);
         pollfd waiting{pipe, POLLIN, 0};
-        const int ready = poll(&waiting, 1, static_cast<int>(std::min(left, longestSilence)));
+        const int ready = poll(&waiting, 1, static_cast<int>(wait));
         if (ready < 0 && errno != EINTR)
             return std::nullopt;
         if (ready <= 0) {
+            if (left <= 0)
+                return std::nullopt;
             MERV::reportProgress(0, 1);
             continue;
         }

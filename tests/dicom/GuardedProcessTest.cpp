@@ -69,3 +69,33 @@ TEST(GuardedProcess, waitingIsToldAsProgress)
     });
     EXPECT_EQ(result, 7U);
 }
+
+// Who is told may take its time: a window is painted, or moved by the user.
+TEST(GuardedProcess, resultThatCameInTimeIsTakenHoweverLongTheListenerTakes)
+{
+    const SharedMemory memory(2);
+    struct Listener final : MERV::ProgressListener
+    {
+        volatile char *told = nullptr;
+        const volatile char *done = nullptr;
+        void progressed(double /*fraction*/) override
+        {
+            *told = 1;
+            while (*done == 0)
+                std::this_thread::sleep_for(1ms);
+            std::this_thread::sleep_for(1s);
+        }
+    };
+    volatile char &told = memory.bytes()[0];
+    volatile char &done = memory.bytes()[1];
+    Listener listener;
+    listener.told = &told;
+    listener.done = &done;
+    const auto result = runGuarded(500ms, [&] {
+        while (told == 0)
+            std::this_thread::sleep_for(1ms);
+        done = 1;
+        return std::size_t(7);
+    });
+    EXPECT_EQ(result, 7U);
+}
